@@ -1,0 +1,113 @@
+// What a VBF file holds, as plain values. Where each field stands in the file: docs/format.md.
+#pragma once
+
+#include <vrelio/file/file_access.h>
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Vrel {
+
+/// Most dimensions that a stack of a file can have.
+constexpr unsigned max_rank = 15;
+
+/// Keys and values of any bytes, in ascending byte order of the key.
+using Dictionary = std::map<std::string, std::string>;
+
+/// A rational exponent as stored; nothing is reduced or checked.
+struct ExponentRecord {
+  std::int32_t numerator = 0;
+  std::int32_t denominator = 1;
+};
+
+/// A physical unit: the product of the base units to their exponents, times the factor. The neutral
+/// unit unless set.
+struct UnitRecord {
+  /// Exponents of metre, kilogram, second, ampere, kelvin, mole, candela, radian, steradian.
+  std::array<ExponentRecord, 9> exponents;
+  /// Magnitude of the unit in base units.
+  double factor = 1.0;
+};
+
+/// The fixed part of a file's header.
+struct FileHeader {
+  std::uint32_t format_version = 2;
+  u64 first_stack = 0;  ///< position of the first stack; 0 for none
+  std::uint32_t description_length = 0;
+};
+
+/// The fixed part of a stack's header. Of the arrays the first `rank` entries have a meaning.
+struct StackHeader {
+  std::uint32_t format_version = 5;
+  std::uint32_t rank = 0;
+  std::array<std::uint32_t, max_rank> sizes{};  ///< samples along each dimension, the fastest first
+  std::array<double, max_rank> lengths{};       ///< physical length of each dimension, in its unit
+  std::array<double, max_rank> offsets{};  ///< physical position of the centre of each dimension
+  std::int32_t data_type = 0;              ///< as for `vrel_dt_get_size`
+  std::uint32_t compression_type = 0;      ///< 0 raw, 1 zlib
+  std::int32_t compression_level = 1;
+  std::uint32_t name_length = 0;
+  std::uint32_t description_length = 0;
+  std::uint32_t has_data = 1;  ///< 0 if the stack was made empty; written only
+  std::uint32_t reserved = 0;
+  u64 data_length = 0;  ///< stored bytes; 0 until committed, and for a stack that reads as zeros
+  u64 next_stack = 0;   ///< position of the next stack; 0 for none
+};
+
+/// The fixed part of a stack's footer. What a shorter footer does not reach has the values given
+/// here.
+struct StackFooter {
+  std::uint32_t footer_size = 1444;
+  std::array<std::uint32_t, max_rank> has_column_positions{};
+  std::array<std::uint32_t, max_rank> has_column_labels{};
+  std::uint32_t metadata_length = 0;
+  UnitRecord data_unit;
+  std::array<UnitRecord, max_rank> units;
+  u64 flush_point_count = 0;
+  u64 flush_block_size = 0;
+  u64 tag_block_size = 0;
+  u64 stack_end = 0;
+  std::uint32_t required_reader_version =
+      0xFFFFFFFFu;  ///< all ones: no requirement; this library writes 0
+};
+
+/// One stack with all that stands around its samples, and where in the file things stand.
+struct StackRecord {
+  StackHeader header;
+  StackFooter footer;
+  std::string name;
+  std::string description;
+  std::vector<std::string> labels;                      ///< one per dimension
+  std::vector<std::vector<double>> column_positions;    ///< per dimension; empty unless stored
+  std::vector<std::vector<std::string>> column_labels;  ///< per dimension; empty unless stored
+  std::string metadata;                                 ///< XML text; empty for none
+  std::vector<u64> flush_positions;                     ///< offsets from `data_position`
+  u64 flush_block_size = 0;  ///< 0 without flush positions, whatever the footer says
+  Dictionary tags;
+  u64 stack_position = 0;  ///< of the header
+  u64 data_position = 0;   ///< of the first stored byte
+  u64 stack_end = 0;       ///< behind the last section
+
+  /// Number of samples: the product of the sizes, 1 at rank 0.
+  std::uint32_t number_of_samples = 1;
+};
+
+/// One file with its stacks in the order of the chain.
+struct FileRecord {
+  FileHeader header;
+  std::string description;
+  u64 dictionary_position = 0;  ///< as stored; 0 at format version 1
+  bool has_dictionary = false;
+  Dictionary dictionary;
+  u64 file_position = 0;  ///< of the file header
+  u64 dictionary_field_position =
+      0;               ///< of the 8 bytes that hold `dictionary_position`; 0 at format version 1
+  u64 header_end = 0;  ///< behind the file header
+  u64 dictionary_end = 0;  ///< behind the dictionary; 0 without one
+  std::vector<StackRecord> stacks;
+};
+
+}  // namespace Vrel

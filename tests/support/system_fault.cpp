@@ -1,0 +1,106 @@
+#include "support/system_fault.h"
+
+#include <fcntl.h>
+#include <sys/types.h>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+
+namespace {
+
+const Vrel::testing::Fault* active = nullptr;
+int seen = 0;
+bool hit = false;
+
+bool fails(Vrel::testing::SystemCall call) {
+  if (active == nullptr || active->call != call) return false;
+  ++seen;
+  if (active->occurrence != 0 && active->occurrence != seen) return false;
+  hit = true;
+  return true;
+}
+
+// A failed call answers -1, a short transfer moves less than it was asked for.
+template <class Transfer>
+ssize_t faulty_transfer(Vrel::testing::SystemCall call, std::size_t size, Transfer transfer) {
+  if (!fails(call)) return transfer(size);
+  if (active->error == 0) return transfer(active->short_size < size ? active->short_size : size);
+  errno = active->error;
+  return -1;
+}
+
+template <class Result, class Call>
+Result faulty(Vrel::testing::SystemCall kind, Call call) {
+  if (!fails(kind)) return call();
+  errno = active->error;
+  return Result{-1};
+}
+
+}  // namespace
+
+extern "C" {
+int __real_open(const char* name, int flags, ...);
+ssize_t __real_read(int descriptor, void* buffer, std::size_t size);
+ssize_t __real_write(int descriptor, const void* buffer, std::size_t size);
+off_t __real_lseek(int descriptor, off_t offset, int whence);
+int __real_flock(int descriptor, int operation);
+int __real_ftruncate(int descriptor, off_t length);
+
+int __wrap_open(const char* name, int flags, ...);
+ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size);
+ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size);
+off_t __wrap_lseek(int descriptor, off_t offset, int whence);
+int __wrap_flock(int descriptor, int operation);
+int __wrap_ftruncate(int descriptor, off_t length);
+
+using Vrel::testing::SystemCall;
+
+int __wrap_open(const char* name, int flags, ...) {
+  std::va_list arguments;
+  va_start(arguments, flags);
+  const mode_t permissions = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  return faulty<int>(SystemCall::open, [&] { return __real_open(name, flags, permissions); });
+}
+
+ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
+  return faulty_transfer(SystemCall::read, size,
+                         [&](std::size_t part) { return __real_read(descriptor, buffer, part); });
+}
+
+ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
+  return faulty_transfer(SystemCall::write, size,
+                         [&](std::size_t part) { return __real_write(descriptor, buffer, part); });
+}
+
+off_t __wrap_lseek(int descriptor, off_t offset, int whence) {
+  return faulty<off_t>(SystemCall::seek, [&] { return __real_lseek(descriptor, offset, whence); });
+}
+
+int __wrap_flock(int descriptor, int operation) {
+  return faulty<int>(SystemCall::lock, [&] { return __real_flock(descriptor, operation); });
+}
+
+int __wrap_ftruncate(int descriptor, off_t length) {
+  return faulty<int>(SystemCall::truncate, [&] { return __real_ftruncate(descriptor, length); });
+}
+}
+
+namespace Vrel::testing {
+
+ScopedSystemFault::ScopedSystemFault(const Fault& fault) {
+  seen = 0;
+  hit = false;
+  active = new Fault(fault);
+}
+
+ScopedSystemFault::~ScopedSystemFault() {
+  delete active;
+  active = nullptr;
+}
+
+int ScopedSystemFault::calls() const { return seen; }
+
+bool ScopedSystemFault::happened() const { return hit; }
+
+}  // namespace Vrel::testing

@@ -1,0 +1,34 @@
+// Makes the n-th of some system calls fail, for tests of what follows. The calls are wrapped by the
+// linker, so that the library itself knows nothing of it.
+#pragma once
+
+#include <cstddef>
+
+namespace Vrel::testing {
+
+enum class SystemCall { open, read, write, seek, lock, truncate };
+
+struct Fault {
+  SystemCall call;
+  // Which call of the kind fails, the first being 1; 0 for each of them.
+  int occurrence;
+  // The error number that the call leaves behind; 0 for a transfer that is short instead.
+  int error;
+  // Bytes that a short transfer still moves.
+  std::size_t short_size = 0;
+};
+
+// While it lives, the calls of this process fail as told. One at a time.
+class ScopedSystemFault {
+ public:
+  explicit ScopedSystemFault(const Fault& fault);
+  ~ScopedSystemFault();
+  ScopedSystemFault(const ScopedSystemFault&) = delete;
+  ScopedSystemFault& operator=(const ScopedSystemFault&) = delete;
+
+  // Calls of the kind seen so far.
+  int calls() const;
+  bool happened() const;
+};
+
+}  // namespace Vrel::testing
