@@ -1,0 +1,170 @@
+// The fixed records: file header, stack header, footer, unit.
+#include <cstring>
+
+#include "container/format_internal.h"
+#include "file/bytes_internal.h"
+
+namespace Vrel::detail {
+
+namespace {
+
+constexpr unsigned char file_magic[] = {'V', 'R', 'E', 'L', '_', 'B', 'F', '\n', 0xFF, 0xFF};
+constexpr unsigned char stack_magic[] = {'V', 'R', 'E', 'L', '_', 'B',  'F',  '_',
+                                         'S', 'T', 'A', 'C', 'K', '\n', 0xFF, 0xFF};
+
+// A record is described once, as the visit of its fields in order, and goes both ways: `Encoder`
+// puts the fields that it meets, `Decoder` gets them.
+class Encoder {
+ public:
+  explicit Encoder(unsigned char* bytes) : next_(bytes) {}
+
+  void operator()(std::uint32_t value) { put_u32(advance(4), value); }
+  void operator()(std::int32_t value) { put_u32(advance(4), static_cast<std::uint32_t>(value)); }
+  void operator()(u64 value) { put_u64(advance(8), value); }
+  void operator()(double value) { put_f64(advance(8), value); }
+
+  template <class T, std::size_t size>
+  void operator()(const std::array<T, size>& values) {
+    for (const T& value : values) (*this)(value);
+  }
+  void operator()(const ExponentRecord& exponent) {
+    (*this)(exponent.numerator);
+    (*this)(exponent.denominator);
+  }
+  void operator()(const UnitRecord& unit) {
+    (*this)(unit.exponents);
+    (*this)(unit.factor);
+  }
+
+ private:
+  unsigned char* advance(int size) {
+    unsigned char* const field = next_;
+    next_ += size;
+    return field;
+  }
+
+  unsigned char* next_;
+};
+
+class Decoder {
+ public:
+  explicit Decoder(const unsigned char* bytes) : next_(bytes) {}
+
+  void operator()(std::uint32_t& value) { value = get_u32(advance(4)); }
+  void operator()(std::int32_t& value) { value = static_cast<std::int32_t>(get_u32(advance(4))); }
+  void operator()(u64& value) { value = get_u64(advance(8)); }
+  void operator()(double& value) { value = get_f64(advance(8)); }
+
+  template <class T, std::size_t size>
+  void operator()(std::array<T, size>& values) {
+    for (T& value : values) (*this)(value);
+  }
+  void operator()(ExponentRecord& exponent) {
+    (*this)(exponent.numerator);
+    (*this)(exponent.denominator);
+  }
+  void operator()(UnitRecord& unit) {
+    (*this)(unit.exponents);
+    (*this)(unit.factor);
+  }
+
+ private:
+  const unsigned char* advance(int size) {
+    const unsigned char* const field = next_;
+    next_ += size;
+    return field;
+  }
+
+  const unsigned char* next_;
+};
+
+template <class Header, class Visitor>
+void visit_file_header(Header& header, Visitor& field) {
+  field(header.format_version);
+  field(header.first_stack);
+  field(header.description_length);
+}
+
+template <class Header, class Visitor>
+void visit_stack_header(Header& header, Visitor& field) {
+  field(header.format_version);
+  field(header.rank);
+  field(header.sizes);
+  field(header.lengths);
+  field(header.offsets);
+  field(header.data_type);
+  field(header.compression_type);
+  field(header.compression_level);
+  field(header.name_length);
+  field(header.description_length);
+  field(header.has_data);
+  field(header.reserved);
+  field(header.data_length);
+  field(header.next_stack);
+}
+
+template <class Footer, class Visitor>
+void visit_stack_footer(Footer& footer, Visitor& field) {
+  field(footer.footer_size);
+  field(footer.has_column_positions);
+  field(footer.has_column_labels);
+  field(footer.metadata_length);
+  field(footer.data_unit);
+  field(footer.units);
+  field(footer.flush_point_count);
+  field(footer.flush_block_size);
+  field(footer.tag_block_size);
+  field(footer.stack_end);
+  field(footer.required_reader_version);
+}
+
+template <std::size_t size>
+bool starts_with(const unsigned char* bytes, const unsigned char (&magic)[size]) {
+  return std::memcmp(bytes, magic, size) == 0;
+}
+
+}  // namespace
+
+FileHeaderBytes encode(const FileHeader& header) {
+  FileHeaderBytes bytes;
+  std::memcpy(bytes.data(), file_magic, sizeof file_magic);
+  Encoder encoder(bytes.data() + sizeof file_magic);
+  visit_file_header(header, encoder);
+  return bytes;
+}
+
+StackHeaderBytes encode(const StackHeader& header) {
+  StackHeaderBytes bytes;
+  std::memcpy(bytes.data(), stack_magic, sizeof stack_magic);
+  Encoder encoder(bytes.data() + sizeof stack_magic);
+  visit_stack_header(header, encoder);
+  return bytes;
+}
+
+StackFooterBytes encode(const StackFooter& footer) {
+  StackFooterBytes bytes;
+  Encoder encoder(bytes.data());
+  visit_stack_footer(footer, encoder);
+  return bytes;
+}
+
+bool decode(const FileHeaderBytes& bytes, FileHeader& header) {
+  if (!starts_with(bytes.data(), file_magic)) return false;
+  Decoder decoder(bytes.data() + sizeof file_magic);
+  visit_file_header(header, decoder);
+  return true;
+}
+
+bool decode(const StackHeaderBytes& bytes, StackHeader& header) {
+  if (!starts_with(bytes.data(), stack_magic)) return false;
+  Decoder decoder(bytes.data() + sizeof stack_magic);
+  visit_stack_header(header, decoder);
+  return true;
+}
+
+void decode(const StackFooterBytes& bytes, StackFooter& footer) {
+  Decoder decoder(bytes.data());
+  visit_stack_footer(footer, decoder);
+}
+
+}  // namespace Vrel::detail

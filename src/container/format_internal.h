@@ -1,0 +1,69 @@
+// Every byte of the container format, in both directions. Layout: docs/format.md.
+#pragma once
+
+#include <vrelio/container/records.h>
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace Vrel::detail {
+
+constexpr std::size_t file_header_size = 26;
+constexpr std::size_t stack_header_size = 368;
+constexpr std::size_t stack_footer_size = 1444;
+constexpr std::size_t unit_record_size = 80;
+
+// The version of the stack format that this library writes, and the newest that it promises to
+// understand.
+constexpr std::uint32_t reader_version = 5;
+// A length field of this value is never that of a bare text.
+constexpr std::uint32_t impossible_length = 0xFFFFFFFFu;
+
+// Fields that are corrected after their record was written, from its start.
+constexpr u64 first_stack_offset = 14;
+constexpr u64 sizes_offset = 24;
+constexpr u64 data_length_offset = 352;
+constexpr u64 next_stack_offset = 360;
+constexpr u64 stack_end_offset = 1432;
+
+using FileHeaderBytes = std::array<unsigned char, file_header_size>;
+using StackHeaderBytes = std::array<unsigned char, stack_header_size>;
+using StackFooterBytes = std::array<unsigned char, stack_footer_size>;
+
+FileHeaderBytes encode(const FileHeader& header);
+StackHeaderBytes encode(const StackHeader& header);
+StackFooterBytes encode(const StackFooter& footer);
+
+// Headers decode to false, unchanged, where the magic text or the mark behind it differs.
+bool decode(const FileHeaderBytes& bytes, FileHeader& header);
+bool decode(const StackHeaderBytes& bytes, StackHeader& header);
+void decode(const StackFooterBytes& bytes, StackFooter& footer);
+
+// Bytes of a dictionary in the file, its terminator included.
+u64 encoded_size(const Dictionary& dictionary);
+
+// The footer of a stack whose sections are those of the record: flags, lengths and counts are taken
+// from there, the units from the record's footer. The stack end is not known yet.
+StackFooter make_footer(const StackRecord& stack);
+
+// The variable sections behind the footer, in order.
+// Raises "Tag keys cannot be empty!" (-1) before anything is written.
+void write_sections(VFileAccess& file, const StackRecord& stack);
+
+// Entries in order of their keys, then an empty key. Raises "Tag keys cannot be empty!" (-1) before
+// anything is written.
+void write_dictionary(VFileAccess& file, const Dictionary& dictionary);
+
+// Single fields, for the corrections and for what stands alone.
+void write_u32(VFileAccess& file, std::uint32_t value);
+void write_u64(VFileAccess& file, u64 value);
+
+class ChainSource;
+
+Dictionary read_dictionary(ChainSource& source);
+// Fill what stands behind the fixed footer, for a record whose header and footer are set.
+void read_sections(ChainSource& source, StackRecord& stack);
+u64 read_u64(ChainSource& source);
+
+}  // namespace Vrel::detail
