@@ -18,6 +18,8 @@ class VRELIO_EXPORT SampleReader {
   /// \throws VrelError "Invalid on-the-fly conversion from '%s' to '%s'!" (-1) for a data type
   /// without an element size.
   SampleReader(VFile& file, const StackRecord& stack);
+  SampleReader(const SampleReader&) = delete;
+  SampleReader& operator=(const SampleReader&) = delete;
 
   u64 get_number_of_samples() const { return number_of_samples_; }
   /// Bytes of one sample.
@@ -31,6 +33,7 @@ class VRELIO_EXPORT SampleReader {
 
  private:
   void move_to(u64 byte_position);
+  void skip(u64 size);
 
   u64 number_of_samples_;
   unsigned sample_size_;
