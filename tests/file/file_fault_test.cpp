@@ -1,5 +1,8 @@
 // What a file does when the system does not do what it was asked for.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <vrelio/file/file.h>
 
 #include <cerrno>
@@ -62,6 +65,26 @@ TEST(VFileFaultTest, ATransferIsOneSystemCall) {
   file.read(read.data(), 9000000);
   EXPECT_EQ(never.calls(), 1);
   EXPECT_TRUE(read == bytes);
+}
+
+// The kernel moves at most 2,147,479,552 bytes in one call. Its null device takes them without
+// looking at the memory.
+TEST(VFileFaultTest, ARequestAboveTheKernelsLimitIsMovedWhole) {
+  constexpr unsigned size = 0x7FFFF000u + 5;
+  void* const nothing =
+      ::mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(nothing, MAP_FAILED);
+  const int descriptor = ::open("/dev/null", O_WRONLY);
+  void* handle = VFile::to_handle(descriptor);
+  VFile file;
+  file.attach(handle, VFile::mode_modify);
+  {
+    const ScopedSystemFault never({SystemCall::write, -1, EIO});
+    file.write(nothing, size);
+    EXPECT_EQ(never.calls(), 2);
+  }
+  ::close(descriptor);
+  ::munmap(nothing, size);
 }
 
 TEST(VFileFaultTest, ASystemErrorComesWithTheMessage) {

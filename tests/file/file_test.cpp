@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "support/expect_error.h"
@@ -384,21 +383,6 @@ TEST(VFileTest, PositionsHave64Bits) {
   file.seek(5000000001u);
   EXPECT_EQ(read_text(file, 2), "nd");
   EXPECT_EQ(file.seek(all_ones), 5000000003u);
-}
-
-// The kernel moves at most 2,147,479,552 bytes in one call.
-TEST(VFileTest, ARequestAboveTheKernelsLimitIsReadWhole) {
-  constexpr unsigned limit = 0x7FFFF000u;
-  constexpr unsigned size = limit + 5;
-  TemporaryFile place;
-  VFile file(place.name(), VFile::mode_create);
-  file.seek(limit - 2);
-  file.write("1234567", 7);
-  file.seek(0);
-  const std::unique_ptr<char[]> bytes(new char[size]);
-  file.read(bytes.get(), size);
-  EXPECT_EQ(std::string(bytes.get() + limit - 4, 9), std::string("\0\0001234567", 9));
-  EXPECT_EQ(file.tell(), size);
 }
 
 }  // namespace
