@@ -48,11 +48,9 @@ std::uint32_t read_u32(ChainSource& source) {
 
 std::string read_prefixed_text(ChainSource& source) { return source.read_text(read_u32(source)); }
 
+// The count is believed text by text: each has at least its length in the file.
 std::vector<std::string> read_texts(ChainSource& source, std::uint32_t count) {
-  constexpr u64 smallest_text = 4;
-  source.expect(count, smallest_text);
   std::vector<std::string> texts;
-  texts.reserve(count);
   for (std::uint32_t i = 0; i < count; ++i) texts.push_back(read_prefixed_text(source));
   return texts;
 }

@@ -1,0 +1,297 @@
+// What a reader gets from files that it has to accept.
+#include <vrelio/container/chain.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "support/golden.h"
+#include "support/memory_file.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+using Vrel::Dictionary;
+using Vrel::FileRecord;
+using Vrel::StackRecord;
+using Vrel::testing::golden;
+using Vrel::testing::MemoryFile;
+
+FileRecord read(const std::string& bytes) {
+  MemoryFile file(bytes);
+  FileRecord record;
+  read_chain(file, record);
+  return record;
+}
+
+FileRecord read_golden(const std::string& name) { return read(golden(name)); }
+
+bool is_neutral(const Vrel::UnitRecord& unit) {
+  for (const auto& exponent : unit.exponents) {
+    if (exponent.numerator != 0 || exponent.denominator != 1) return false;
+  }
+  return unit.factor == 1.0;
+}
+
+// What all sections of the golden stack "probe" hold.
+void expect_full_sections(const StackRecord& stack) {
+  EXPECT_THAT(stack.labels, ElementsAre("X", "Zeit"));
+  EXPECT_THAT(stack.column_positions,
+              ElementsAre(ElementsAre(0.0, 0.5, 1.5, 2.0, 4.0, 8.0), IsEmpty()));
+  EXPECT_THAT(stack.column_labels, ElementsAre(IsEmpty(), ElementsAre("a", "", "ccc", "dd")));
+  EXPECT_EQ(stack.metadata, "<root/>");
+  EXPECT_THAT(stack.tags, ElementsAre(Pair("alpha", "1"), Pair("empty", ""),
+                                      Pair("\xff"
+                                           "byte",
+                                           "some words")));
+}
+
+TEST(ChainTest, AFileWithoutStacksHasItsDictionary) {
+  const std::string bytes = golden("no_stack");
+  EXPECT_EQ(bytes.size(), 26 + 6 + 8 + (4 + 7) + (4 + 6) + 4u);
+  const FileRecord file = read(bytes);
+  EXPECT_EQ(file.header.format_version, 2u);
+  EXPECT_EQ(file.header.first_stack, 0u);
+  EXPECT_EQ(file.description, "golden");
+  EXPECT_TRUE(file.has_dictionary);
+  EXPECT_THAT(file.dictionary, ElementsAre(Pair("ome_xml", "<OME/>")));
+  EXPECT_EQ(file.dictionary_field_position, 32u);
+  EXPECT_EQ(file.dictionary_position, 40u);
+  EXPECT_EQ(file.dictionary_end, bytes.size());
+  EXPECT_THAT(file.stacks, IsEmpty());
+}
+
+TEST(ChainTest, AFileOfVersionOneHasNoDictionary) {
+  EXPECT_EQ(golden("no_stack_version_1").size(), 32u);
+  const FileRecord file = read_golden("no_stack_version_1");
+  EXPECT_EQ(file.header.format_version, 1u);
+  EXPECT_FALSE(file.has_dictionary);
+  EXPECT_EQ(file.dictionary_field_position, 0u);
+  EXPECT_EQ(file.dictionary_end, 0u);
+}
+
+TEST(ChainTest, InVersionOneTheChainStandsDirectlyBehindTheDescription) {
+  const FileRecord file = read_golden("version_1");
+  ASSERT_THAT(file.stacks, SizeIs(2));
+  EXPECT_EQ(file.stacks[0].stack_position, 32u);
+  expect_full_sections(file.stacks[0]);
+}
+
+TEST(ChainTest, EveryFieldOfARawStackIsRead) {
+  const FileRecord file = read_golden("raw");
+  ASSERT_THAT(file.stacks, SizeIs(2));
+  const StackRecord& stack = file.stacks[0];
+  EXPECT_EQ(stack.name, "probe");
+  EXPECT_EQ(stack.description, "a stack");
+  EXPECT_EQ(stack.header.format_version, 5u);
+  EXPECT_EQ(stack.header.rank, 2u);
+  EXPECT_EQ(stack.header.sizes[0], 6u);
+  EXPECT_EQ(stack.header.sizes[1], 4u);
+  EXPECT_EQ(stack.number_of_samples, 24u);
+  EXPECT_EQ(stack.header.lengths[0], 6e-6);
+  EXPECT_EQ(stack.header.lengths[1], 2.5);
+  EXPECT_EQ(stack.header.offsets[1], -1.25);
+  EXPECT_EQ(stack.header.data_type, 4);
+  EXPECT_EQ(stack.header.compression_type, 0u);
+  EXPECT_EQ(stack.header.compression_level, 1);
+  EXPECT_EQ(stack.header.data_length, 48u);
+  EXPECT_EQ(stack.header.has_data, 1u);
+  EXPECT_EQ(stack.footer.data_unit.exponents[2].numerator, -1);
+  EXPECT_EQ(stack.footer.data_unit.exponents[2].denominator, 2);
+  EXPECT_EQ(stack.footer.data_unit.factor, 0.5);
+  EXPECT_EQ(stack.footer.units[0].exponents[0].numerator, 1);
+  EXPECT_EQ(stack.footer.units[0].factor, 1e-6);
+  EXPECT_TRUE(is_neutral(stack.footer.units[1]));
+  EXPECT_EQ(stack.footer.required_reader_version, 0u);
+  EXPECT_EQ(stack.stack_position, 40u);
+  EXPECT_EQ(stack.data_position, 40u + 368 + 5 + 7);
+  EXPECT_EQ(stack.stack_end, stack.header.next_stack);
+  EXPECT_EQ(stack.footer.stack_end, stack.stack_end);
+  EXPECT_EQ(file.stacks[1].stack_position, stack.stack_end);
+  EXPECT_EQ(file.stacks[1].header.next_stack, 0u);
+  expect_full_sections(stack);
+}
+
+TEST(ChainTest, AZippedStackBringsItsFlushTable) {
+  const StackRecord stack = read_golden("zipped").stacks[0];
+  EXPECT_EQ(stack.header.compression_type, 1u);
+  EXPECT_EQ(stack.header.compression_level, 6);
+  EXPECT_THAT(stack.flush_positions, ElementsAre(28, 54, 80));
+  EXPECT_EQ(stack.flush_block_size, 16u);
+  expect_full_sections(stack);
+}
+
+TEST(ChainTest, WithoutFlushPointsThereIsNoBlockSizeWhateverTheFooterSays) {
+  std::string bytes = golden("raw");
+  const std::size_t field = read(bytes).stacks[0].data_position + 48 + 1416;
+  bytes[field] = 100;
+  const StackRecord stack = read(bytes).stacks[0];
+  EXPECT_EQ(stack.footer.flush_block_size, 100u);
+  EXPECT_EQ(stack.flush_block_size, 0u);
+}
+
+TEST(ChainTest, AStackOfRankZeroHasOneSampleAndNoSectionsPerDimension) {
+  const StackRecord stack = read_golden("rank_0").stacks[0];
+  EXPECT_EQ(stack.header.rank, 0u);
+  EXPECT_EQ(stack.number_of_samples, 1u);
+  EXPECT_THAT(stack.labels, IsEmpty());
+  EXPECT_THAT(stack.column_positions, IsEmpty());
+  EXPECT_THAT(stack.column_labels, IsEmpty());
+}
+
+TEST(ChainTest, FifteenDimensionsAreRead) {
+  const StackRecord stack = read_golden("rank_15").stacks[0];
+  EXPECT_EQ(stack.header.rank, 15u);
+  EXPECT_EQ(stack.number_of_samples, 2u);
+  EXPECT_THAT(stack.labels, SizeIs(15));
+}
+
+TEST(ChainTest, DataLengthZeroIsAnEmptyStackAlsoWithCompression) {
+  const StackRecord stack = read_golden("empty_zipped").stacks[0];
+  EXPECT_EQ(stack.header.compression_type, 1u);
+  EXPECT_EQ(stack.header.data_length, 0u);
+  EXPECT_EQ(stack.number_of_samples, 3u);
+}
+
+TEST(ChainTest, OnlyALengthThatIsNotANumberBecomesOne) {
+  const StackRecord stack = read_golden("not_a_number").stacks[0];
+  EXPECT_EQ(stack.header.lengths[0], 1.0);
+  EXPECT_EQ(stack.header.lengths[1], std::numeric_limits<double>::infinity());
+  EXPECT_TRUE(std::isnan(stack.header.offsets[0]));
+}
+
+TEST(ChainTest, StackVersionZeroEndsBehindItsData) {
+  const FileRecord file = read_golden("stack_version_0");
+  ASSERT_THAT(file.stacks, SizeIs(2));
+  const StackRecord& stack = file.stacks[0];
+  EXPECT_EQ(stack.stack_end, stack.data_position + 48);
+  EXPECT_THAT(stack.labels, ElementsAre("", ""));
+  EXPECT_TRUE(is_neutral(stack.footer.data_unit));
+  EXPECT_TRUE(is_neutral(stack.footer.units[0]));
+  EXPECT_THAT(stack.column_positions, ElementsAre(IsEmpty(), IsEmpty()));
+  EXPECT_EQ(stack.metadata, "");
+  EXPECT_THAT(stack.tags, IsEmpty());
+}
+
+TEST(ChainTest, StackVersionsTwoAndThreeHaveTheirFooters) {
+  for (const char* name : {"stack_version_2", "stack_version_3"})
+    expect_full_sections(read_golden(name).stacks[0]);
+}
+
+TEST(ChainTest, AShortFooterLeavesTheRestAtItsDefaults) {
+  const StackRecord stack = read_golden("footer_1000").stacks[0];
+  EXPECT_EQ(stack.footer.units[0].factor, 1e-6);
+  EXPECT_TRUE(is_neutral(stack.footer.units[14]));
+  EXPECT_EQ(stack.footer.required_reader_version, 0xFFFFFFFFu);
+  EXPECT_EQ(stack.metadata, "<root/>");
+  EXPECT_THAT(stack.tags, IsEmpty());
+  EXPECT_EQ(stack.footer.stack_end, 0u);
+  EXPECT_EQ(stack.stack_end, golden("footer_1000").size() - (4 + 7 + 4 + 6 + 4));
+}
+
+TEST(ChainTest, AFooterThatEndsInsideAFieldOverlaysItsDefaultBytes) {
+  const StackRecord stack = read_golden("footer_1002").stacks[0];
+  EXPECT_EQ(stack.footer.units[8].factor, 1e-6);
+  EXPECT_EQ(stack.footer.units[9].exponents[0].numerator, 1);
+  // The two low bytes of 1e-6 in front of the six high bytes of 1.0.
+  EXPECT_EQ(stack.footer.units[9].factor, 1.0 + 0xED8D * std::numeric_limits<double>::epsilon());
+  EXPECT_TRUE(is_neutral(stack.footer.units[10]));
+}
+
+TEST(ChainTest, AFooterOf64BytesStillBringsColumnPositions) {
+  const FileRecord file = read_golden("footer_64");
+  ASSERT_THAT(file.stacks, SizeIs(2));
+  EXPECT_THAT(file.stacks[0].column_positions[0], SizeIs(6));
+  EXPECT_THAT(file.stacks[0].column_labels[1], IsEmpty());
+  EXPECT_THAT(file.stacks[0].labels, ElementsAre("X", "Zeit"));
+}
+
+TEST(ChainTest, ALongFooterIsSkippedToItsEnd) {
+  const StackRecord stack = read_golden("footer_1500").stacks[0];
+  EXPECT_EQ(stack.footer.footer_size, 1500u);
+  EXPECT_THAT(stack.flush_positions, SizeIs(3));
+  expect_full_sections(stack);
+}
+
+TEST(ChainTest, ARequiredVersionUpToOurOwnPasses) {
+  EXPECT_EQ(read_golden("required_version_1").stacks[0].footer.required_reader_version, 1u);
+}
+
+TEST(ChainTest, AFirstPositionOfZeroEndsTheChainWhateverFollows) {
+  std::string bytes = golden("raw");
+  bytes.replace(14, 8, 8, '\0');
+  EXPECT_THAT(read(bytes).stacks, IsEmpty());
+}
+
+TEST(ChainTest, TheFileStandsBehindItsHeaderAfterwards) {
+  MemoryFile file(golden("raw"));
+  FileRecord record;
+  read_chain(file, record);
+  EXPECT_EQ(file.tell(), 40u);
+  EXPECT_EQ(record.header_end, 40u);
+}
+
+TEST(ChainTest, AFileMayStandFurtherOnInAStream) {
+  MemoryFile file("in front" + golden("no_stack_version_1"));
+  file.seek(8);
+  FileRecord record;
+  read_chain(file, record);
+  EXPECT_EQ(record.file_position, 8u);
+  EXPECT_EQ(record.header_end, 40u);
+  EXPECT_EQ(record.description, "golden");
+}
+
+TEST(ChainTest, ARecordIsFilledAnew) {
+  MemoryFile file(golden("raw"));
+  FileRecord record;
+  read_chain(file, record);
+  file.seek(0);
+  read_chain(file, record);
+  EXPECT_THAT(record.stacks, SizeIs(2));
+}
+
+// The dictionary is what a killed writer has not written yet.
+class ChainDictionaryTest : public testing::Test {
+ protected:
+  static std::string with_position(u64 position) {
+    std::string bytes = golden("raw");
+    for (std::size_t i = 0; i < 8; ++i) bytes[32 + i] = static_cast<char>(position >> (8 * i));
+    return bytes;
+  }
+
+  static void expect_stacks_without_dictionary(const std::string& bytes) {
+    const FileRecord file = read(bytes);
+    EXPECT_FALSE(file.has_dictionary);
+    EXPECT_THAT(file.dictionary, IsEmpty());
+    EXPECT_EQ(file.dictionary_end, 0u);
+    EXPECT_THAT(file.stacks, SizeIs(2));
+  }
+};
+
+TEST_F(ChainDictionaryTest, APositionOutsideTheFileOrItsContentCountsAsNone) {
+  const u64 size = golden("raw").size();
+  for (const u64 position : {u64{0}, u64{1}, u64{39}, size, size + 1, u64{1} << 63, ~u64{0}}) {
+    expect_stacks_without_dictionary(with_position(position));
+  }
+}
+
+TEST_F(ChainDictionaryTest, APositionAmongTheStacksDoesNotKeepThemFromBeingRead) {
+  for (u64 position = 40; position < 3000; position += 7) {
+    EXPECT_THAT(read(with_position(position)).stacks, SizeIs(2)) << position;
+  }
+}
+
+TEST_F(ChainDictionaryTest, OneThatTheFileCutsOffCountsAsNone) {
+  const std::string bytes = golden("raw");
+  for (std::size_t missing = 1; missing < 25; ++missing) {
+    expect_stacks_without_dictionary(bytes.substr(0, bytes.size() - missing));
+  }
+}
+
+}  // namespace
