@@ -98,8 +98,8 @@ void VFile::remove(const VPropstring& name) {
 }
 
 void* VFile::to_handle(int descriptor) {
-  return reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor) +
-                                 1);  // NOLINT(performance-no-int-to-ptr)
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is no address
+  return reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor) + 1);
 }
 
 int VFile::to_descriptor(void* handle) {

@@ -139,6 +139,8 @@ const char* VrelError::what() const noexcept {
   return last_error_text.c_str();
 }
 
+// A warning that dies reports by its own what().
+// NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.VirtualCall)
 void VrelError::do_warn_now() const noexcept { print_warning(what(), func_, file_, line_); }
 
 VrelError* VrelError::clone() const {

@@ -12,11 +12,12 @@ std::string format_string(const char* format, std::va_list arguments) {
   if (length < 1) return {};
   std::string text(static_cast<std::size_t>(length) + 1, '\0');
   std::vsnprintf(text.data(), text.size(), format, arguments);
-  return text.c_str();
+  return text.c_str();  // NOLINT(readability-redundant-string-cstr): up to the first zero
 }
 
 std::wstring format_string(const wchar_t* format, std::va_list arguments) {
   std::wstring text;
+  // NOLINTNEXTLINE(readability-redundant-string-cstr): up to the first zero
   return Vrel::detail::format_wide(text, format, arguments) ? text.c_str() : std::wstring();
 }
 

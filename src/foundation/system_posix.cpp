@@ -1,7 +1,7 @@
 #include "foundation/system_internal.h"
 
 #include <langinfo.h>
-#include <string.h>
+#include <string.h>  // NOLINT(modernize-deprecated-headers): strerror_r
 #include <sys/syscall.h>
 #include <unistd.h>
 #include <cerrno>

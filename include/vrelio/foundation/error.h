@@ -71,9 +71,8 @@ class VRELIO_EXPORT VrelError : public std::exception {
   void do_warn_now() const noexcept;
 
   /// The identifier.
-  operator int() const {
-    return id_;
-  }  // NOLINT(google-explicit-constructor): part of the interface
+  // NOLINTNEXTLINE(google-explicit-constructor): part of the interface
+  operator int() const { return id_; }
 
   const char* get_msg() const { return msg_.c_str(); }
   const char* get_oserr() const { return oserr_.c_str(); }

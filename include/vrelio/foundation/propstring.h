@@ -10,8 +10,8 @@
 class VRELIO_EXPORT VPropstring : public std::wstring {
  public:
   VPropstring() = default;
-  VPropstring(const wchar_t* text)
-      : std::wstring(text) {}  // NOLINT(google-explicit-constructor): a name is a text
-  VPropstring(const std::wstring& text)
-      : std::wstring(text) {}  // NOLINT(google-explicit-constructor): a name is a text
+  // NOLINTNEXTLINE(google-explicit-constructor): a name is a text
+  VPropstring(const wchar_t* text) : std::wstring(text) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): a name is a text
+  VPropstring(const std::wstring& text) : std::wstring(text) {}
 };

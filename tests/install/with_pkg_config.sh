@@ -1,0 +1,10 @@
+#!/bin/sh
+# Builds and runs the consumer with a bare compiler: with_pkg_config.sh COMPILER PKG_CONFIG PREFIX LIBDIR SOURCE OUTPUT
+set -eu
+compiler=$1 pkg_config=$2 prefix=$3 libdir=$4 source=$5 output=$6
+PKG_CONFIG_PATH="$prefix/$libdir/pkgconfig"
+export PKG_CONFIG_PATH
+# The options are words for the compiler, so they are split here on purpose.
+"$compiler" -std=c++17 $("$pkg_config" --cflags vrelio) "$source" -o "$output" $("$pkg_config" --libs vrelio) \
+  "-Wl,-rpath,$prefix/$libdir"
+"$output"
