@@ -1,0 +1,34 @@
+#!/usr/bin/python3
+"""The pages: links lead somewhere, and the code shown is the code that is built."""
+
+import pathlib
+import re
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+LINK = re.compile(r"\]\(([^)#:]+)(?:#[^)]*)?\)")
+
+
+class PagesTest(unittest.TestCase):
+    def test_links_lead_to_files(self):
+        pages = sorted(ROOT.glob("*.md")) + sorted(ROOT.glob("docs/**/*.md"))
+        links = [(page, link) for page in pages for link in LINK.findall(page.read_text(encoding="utf-8"))]
+        self.assertGreater(len(links), 10)
+        for page, link in links:
+            with self.subTest(page=page.name, link=link):
+                self.assertTrue((page.parent / link).exists())
+
+    def test_the_quick_start_is_cut_from_the_example(self):
+        example = (ROOT / "examples/read_stack.cpp").read_text(encoding="utf-8").split("// [quick start]\n")
+        self.assertEqual(len(example), 3)
+        self.assertIn(f"```cpp\n{example[1]}```", (ROOT / "README.md").read_text(encoding="utf-8"))
+
+    def test_scripts_that_are_named_exist(self):
+        for page in sorted(ROOT.glob("*.md")) + sorted(ROOT.glob("docs/*.md")):
+            for script in re.findall(r"\bscripts/\w+|\.ci/\w+", page.read_text(encoding="utf-8")):
+                with self.subTest(page=page.name, script=script):
+                    self.assertTrue((ROOT / script).exists())
+
+
+if __name__ == "__main__":
+    unittest.main()
