@@ -27,7 +27,7 @@ FileRecord read(const std::string& bytes) {
 
 std::string little_endian(unsigned long long value, std::size_t size) {
   std::string bytes;
-  for (std::size_t i = 0; i < size; ++i) bytes += static_cast<char>(value >> (8 * i));
+  for (std::size_t i = 0; i < size; ++i, value >>= 8) bytes += static_cast<char>(value & 0xFF);
   return bytes;
 }
 
