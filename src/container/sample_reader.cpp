@@ -23,7 +23,8 @@ unsigned checked_sample_size(int data_type) {
   return static_cast<unsigned>(size);
 }
 
-// Level 0 is raw whatever the type says; to inflating, all other levels are one, also those that no deflate knows.
+// Level 0 is raw whatever the type says; to inflating, all other levels are one, also those that no
+// deflate knows.
 int segment_level(const StackHeader& header) {
   return header.compression_type == compression_zlib && header.compression_level != 0 ? 1 : 0;
 }
@@ -45,7 +46,8 @@ SampleReader::SampleReader(VFile& file, const StackRecord& stack)
   segment_.init_r(file, level, stack.data_position, stack.header.data_length,
                   segment_limit(number_of_samples_ * sample_size_));
   if (level == 0) flush_block_size_ = 0;
-  if (flush_block_size_ != 0) segment_.set_flush_positions(stack.flush_positions, flush_block_size_);
+  if (flush_block_size_ != 0)
+    segment_.set_flush_positions(stack.flush_positions, flush_block_size_);
 }
 
 void SampleReader::read(u64 position, u64 count, void* destination) {
@@ -68,8 +70,9 @@ void SampleReader::read(u64 position, u64 count, void* destination) {
   }
 }
 
-// A seek falls back to the start of its flush block, even for a target a few bytes ahead. Reading on to there decodes no byte of
-// the block twice, which is what makes a walk over the rows of a region cheap.
+// A seek falls back to the start of its flush block, even for a target a few bytes ahead. Reading
+// on to there decodes no byte of the block twice, which is what makes a walk over the rows of a
+// region cheap.
 void SampleReader::move_to(u64 byte_position) {
   const u64 here = segment_.tell();
   const bool ahead_in_block = flush_block_size_ != 0 && byte_position >= here &&
