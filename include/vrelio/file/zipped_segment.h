@@ -5,11 +5,14 @@
 #include <vrelio/export.h>
 #include <vrelio/file/file.h>
 
+#include <memory>
 #include <vector>
 
 namespace Vrel::detail {
-class SegmentCoder;
-}
+enum class Flush;
+class SegmentReader;
+class SegmentWriter;
+}  // namespace Vrel::detail
 
 /// A stretch of a VFile seen as one stream of uncompressed bytes: raw at level 0, a zlib stream
 /// above.
@@ -105,11 +108,28 @@ class VRELIO_EXPORT VZippedSegment : public VFileAccess {
   void initialize(VFile& file, int level, u64 position, u64 size, bool write, unsigned limit);
 
  private:
+  struct StartPoint;
+
+  void check_initialized() const;
+  bool is_within_limit(unsigned size) const;
+  u64 get_stored_left() const;
+
+  Vrel::detail::SegmentReader& reader() const;
+  u64 worth_fetching(unsigned size) const;
+  StartPoint find_start(u64 target) const;
+  void restart(const StartPoint& start);
+  void skip_to(u64 target);
+
+  void write_raw(const void* buffer, unsigned size);
+  void write_pieces(const unsigned char* data, unsigned size);
+  void encode(const unsigned char* data, unsigned size, Vrel::detail::Flush flush);
+
   VFile* file_ = nullptr;
   unsigned limit_ = no_limit;
   u64 stored_size_ = 0;
   u64 position_ = 0;
-  Vrel::detail::SegmentCoder* coder_ = nullptr;
+  std::shared_ptr<Vrel::detail::SegmentReader> reader_;
+  std::shared_ptr<Vrel::detail::SegmentWriter> writer_;
   bool write_mode_ = false;
   u64 begin_ = 0;
   u64 file_position_ = 0;
