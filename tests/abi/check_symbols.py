@@ -14,7 +14,7 @@ import subprocess
 import sys
 
 # Mangled names of what belongs to namespaces std, __gnu_cxx and boost: functions, type information, tables and guards.
-FOREIGN = re.compile(r"_Z(T[VISTC]|GV|GR|Th[n0-9_]+|L)*N?[VKRO]*(St|S[absiod]|9__gnu_cxx|5boost)")
+FOREIGN = re.compile(r"_ZZ?(T[VISTC]|GV|GR|Th[n0-9_]+|L)*N?[VKRO]*(St|S[absiod]|9__gnu_cxx|5boost)")
 # nm's letters for definitions that several libraries may carry: weak symbols and unique objects.
 SHARED_KINDS = "WVuwv"
 

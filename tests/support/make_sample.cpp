@@ -80,7 +80,7 @@ StackToWrite make_time_lapse() {
 
 void write_sample(const char* path) {
   VFile file(std::filesystem::path(path).wstring(), VFile::mode_create);
-  write_vbf(file, "Simulated fluorescence", {make_z_stack(), make_time_lapse()}, {});
+  Vrel::testing::write_vbf(file, "Simulated fluorescence", {make_z_stack(), make_time_lapse()}, {});
 }
 
 }  // namespace
