@@ -18,11 +18,16 @@
 /// [-2^63, 2^64) (uint64); in every other case, a not-a-number included, 0 for 8 and 16 bits and
 /// for uint32, and the value with the highest bit alone set for int32, int64 and uint64.
 ///
+/// Elements convert one after the other, so that a buffer may be converted in place where the
+/// elements do not become larger.
+///
 /// \param source       `count` elements, complex ones with real and imaginary part side by side;
-/// need not be aligned. \param destination  room for `count` elements; need not be aligned. The
-/// caller owns all buffers; nothing is allocated. \param count        elements; 0 or less touches
-/// nothing. \return 0, or -1 without touching anything where the pair of types does not exist in
-/// the mode, whatever the count.
+///                     need not be aligned.
+/// \param destination  room for `count` elements; need not be aligned. The caller owns all buffers;
+///                     nothing is allocated.
+/// \param count        elements; 0 or less touches nothing.
+/// \return 0, or -1 without touching anything where the pair of types does not exist in the mode,
+/// whatever the count, or where both imaginary pointers are set.
 VRELIO_EXPORT int vrel_dt_convert(int source_type, int destination_type, const void* source,
                                   void* destination, int count, const void* source_imaginary,
                                   void* destination_imaginary);

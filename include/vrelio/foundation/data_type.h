@@ -6,6 +6,13 @@
 
 #include <typeinfo>
 
+/// One element of id 1024: three bytes of colour.
+struct VRELIO_EXPORT _s_vrel_RGB {
+  unsigned char r;
+  unsigned char g;
+  unsigned char b;
+};
+
 /// Size of one element in bytes; 0 for what has no fixed size, for every id with the array flag
 /// 0x80000000 and for unknown ids.
 ///

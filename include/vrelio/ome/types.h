@@ -7,7 +7,7 @@
 namespace Ome {
 
 /// Pixel type; the value is the row of the schema's `PixelType` names in `get_type_name`.
-enum Type {
+enum Type : int {
   type_bit = 0,
   type_int8 = 1,
   type_int16 = 2,
@@ -22,7 +22,7 @@ enum Type {
 };
 
 /// Letters of the axes, the fastest first.
-enum DimensionOrder {
+enum DimensionOrder : int {
   order_XYZCT = 0,
   order_XYZTC = 1,
   order_XYCTZ = 2,

@@ -1,0 +1,7 @@
+#include "foundation/convert_loops_internal.h"
+
+namespace Vrel::detail {
+
+constexpr convert_kernels avx512_kernels = make_kernels();
+
+}  // namespace Vrel::detail
