@@ -73,7 +73,7 @@ class PlainReader {
       start_fetched = flush_positions_[point - 1];
     }
     if (start != position_) restart(start, start_fetched);
-    std::string scratch(std::min(chunk_size_, 1u << 20), '\0');
+    std::string scratch(std::clamp(chunk_size_, 1u, 1u << 20), '\0');
     while (position_ < target) {
       read(scratch.data(),
            static_cast<unsigned>(std::min<u64>(target - position_, scratch.size())));

@@ -6,14 +6,14 @@
 #include <functional>
 #include <string>
 
-#include "file/memory_file.h"
+#include "file/attached_file.h"
 #include "file/segment_samples.h"
 #include "support/system_fault.h"
 
 namespace {
 
+using Vrel::testing::AttachedFile;
 using Vrel::testing::Fault;
-using Vrel::testing::MemoryFile;
 using Vrel::testing::sample_data;
 using Vrel::testing::ScopedSystemFault;
 using Vrel::testing::size_of;
@@ -91,7 +91,7 @@ class SegmentFaultTest : public testing::TestWithParam<int> {
   }
 
   const std::string data_ = sample_data(20000, 1);
-  MemoryFile memory_;
+  AttachedFile memory_;
   VZippedSegment segment_;
 };
 
@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(Levels, SegmentFaultTest, testing::Values(0, 1));
 // The cost of a call is in proportion to what it asks for.
 TEST(SegmentTransferTest, SmallReadsInSequenceFetchSeldom) {
   const std::string data = sample_data(200000, 2);
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   const u64 begin = segment.init_w(memory.file(), 1, no_limit);
   segment.write(data.data(), size_of(data));
@@ -160,7 +160,7 @@ TEST(SegmentTransferTest, SmallReadsInSequenceFetchSeldom) {
 
 TEST(SegmentTransferTest, ASeekFetchesOnce) {
   const std::string data = sample_data(200000, 2);
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 1, no_limit);
   segment.set_flush_block_size(50000);

@@ -2,91 +2,29 @@
 #include <gtest/gtest.h>
 #include <vrelio/file/zipped_segment.h>
 
-#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "file/memory_file.h"
+#include "file/attached_file.h"
 #include "file/plain_segment.h"
+#include "file/segment_outcome.h"
 #include "file/segment_samples.h"
 
 namespace {
 
+using Vrel::testing::AttachedFile;
 using Vrel::testing::default_chunk;
-using Vrel::testing::MemoryFile;
+using Vrel::testing::Outcome;
+using Vrel::testing::plain_outcome;
 using Vrel::testing::plain_write;
-using Vrel::testing::PlainError;
 using Vrel::testing::PlainReader;
 using Vrel::testing::PlainStored;
 using Vrel::testing::sample_data;
-using Vrel::testing::size_of;
-using Vrel::testing::warns;
+using Vrel::testing::segment_outcome;
+using Vrel::testing::Step;
 
 constexpr unsigned no_limit = VZippedSegment::no_limit;
-
-struct Step {
-  bool is_seek;
-  u64 amount;
-};
-
-// What one step did; equal for both forms of the segment.
-struct Outcome {
-  std::string data;
-  std::string error;
-  int id = 0;
-  bool warned = false;
-  u64 position = 0;
-
-  bool operator==(const Outcome& other) const {
-    return data == other.data && error == other.error && id == other.id && warned == other.warned &&
-           position == other.position;
-  }
-};
-
-std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
-  return stream << outcome.data.size() << " bytes, \"" << outcome.error << "\" " << outcome.id
-                << (outcome.warned ? ", warned" : "") << ", at " << outcome.position;
-}
-
-template <class Segment>
-void take_step(Segment& segment, const Step& step, Outcome& outcome) {
-  if (step.is_seek) {
-    segment.seek(step.amount);
-  } else {
-    std::string bytes(step.amount, '\0');
-    segment.read(bytes.data(), size_of(bytes));
-    outcome.data = std::move(bytes);
-  }
-}
-
-Outcome plain_outcome(PlainReader& reader, const Step& step) {
-  Outcome outcome;
-  const int warnings = reader.count_warnings();
-  try {
-    take_step(reader, step, outcome);
-  } catch (const PlainError& error) {
-    outcome.error = error.text;
-    outcome.id = error.id;
-  }
-  outcome.warned = reader.count_warnings() > warnings;
-  outcome.position = reader.tell();
-  return outcome;
-}
-
-Outcome segment_outcome(VZippedSegment& segment, const Step& step) {
-  Outcome outcome;
-  outcome.warned = warns([&] {
-    try {
-      take_step(segment, step, outcome);
-    } catch (const VrelError& error) {
-      outcome.error = error.get_msg();
-      outcome.id = error.get_id();
-    }
-  });
-  outcome.position = segment.tell();
-  return outcome;
-}
 
 struct Case {
   std::string stored;
@@ -126,7 +64,7 @@ class VZippedSegmentDamageTest : public testing::Test {
     }
   }
 
-  MemoryFile memory_;
+  AttachedFile memory_;
 };
 
 std::vector<std::vector<Step>> step_lists(u64 size) {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "file/memory_file.h"
+#include "file/attached_file.h"
 #include "file/plain_segment.h"
 #include "file/segment_samples.h"
 #include "support/expect_error.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-using Vrel::testing::MemoryFile;
+using Vrel::testing::AttachedFile;
 using Vrel::testing::plain_write;
 using Vrel::testing::PlainStored;
 using Vrel::testing::sample_data;
@@ -83,7 +83,7 @@ class Written {
   }
 
   VFile& file() { return file_.file(); }
-  MemoryFile& memory() { return file_; }
+  AttachedFile& memory() { return file_; }
   u64 begin() const { return begin_; }
   u64 size() const { return size_; }
   const std::vector<u64>& flush_positions() const { return flush_positions_; }
@@ -95,7 +95,7 @@ class Written {
   }
 
  private:
-  MemoryFile file_;
+  AttachedFile file_;
   int level_;
   u64 block_size_;
   u64 begin_ = 0;
@@ -188,7 +188,7 @@ TEST(VZippedSegmentTest, AStreamOfTheBareEngineReads) {
                       Vrel::testing::plain_bytes(data.data()), data.size(), 9),
             Z_OK);
   stored.resize(size);
-  MemoryFile memory(stored);
+  AttachedFile memory(stored);
   VZippedSegment segment;
   segment.init_r(memory.file(), 1, 0, stored.size(), no_limit);
   EXPECT_EQ(read_bytes(segment, data.size()), data);
@@ -207,7 +207,7 @@ TEST(VZippedSegmentTest, EveryFlushPointStartsARawStream) {
 // --- Writing
 
 TEST(VZippedSegmentTest, StartsAtTheFilesCurrentPosition) {
-  MemoryFile memory("abcdef");
+  AttachedFile memory("abcdef");
   memory.file().seek(4);
   VZippedSegment segment;
   EXPECT_EQ(segment.init_w(memory.file(), 0, no_limit), 4u);
@@ -219,7 +219,7 @@ TEST(VZippedSegmentTest, StartsAtTheFilesCurrentPosition) {
 }
 
 TEST(VZippedSegmentTest, FinishingARawSegmentLeavesTheFileUntouched) {
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 0, no_limit);
   segment.write("abc", 3);
@@ -231,7 +231,7 @@ TEST(VZippedSegmentTest, FinishingARawSegmentLeavesTheFileUntouched) {
 }
 
 TEST(VZippedSegmentTest, WritingEndTellsTheStoredSize) {
-  MemoryFile memory("12345");
+  AttachedFile memory("12345");
   memory.file().seek(5);
   VZippedSegment segment;
   segment.init_w(memory.file(), 3, no_limit);
@@ -243,7 +243,7 @@ TEST(VZippedSegmentTest, WritingEndTellsTheStoredSize) {
 }
 
 TEST(VZippedSegmentTest, AWriteOfTwoBlocksAndAHalfGivesTwoFlushPoints) {
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 1, no_limit);
   segment.set_flush_block_size(1000);
@@ -259,7 +259,7 @@ TEST(VZippedSegmentTest, AWriteOfTwoBlocksAndAHalfGivesTwoFlushPoints) {
 }
 
 TEST(VZippedSegmentTest, AWriteThatEndsOnABoundaryFlushesAtOnce) {
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 1, no_limit);
   segment.set_flush_block_size(1000);
@@ -287,7 +287,7 @@ TEST(VZippedSegmentTest, BehindALastFlushPointOnlyTheEndMarkAndTheChecksumFollow
 }
 
 TEST(VZippedSegmentTest, AWriteOfNothingIsNothing) {
-  MemoryFile memory;
+  AttachedFile memory;
   for (const int level : {0, 1, -1}) {
     VZippedSegment segment;
     segment.init_w(memory.file(), level, no_limit);
@@ -297,7 +297,7 @@ TEST(VZippedSegmentTest, AWriteOfNothingIsNothing) {
 }
 
 TEST(VZippedSegmentTest, WritingAfterTheEndIsRefusedByTheEngine) {
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 1, no_limit);
   segment.write_end();
@@ -305,7 +305,7 @@ TEST(VZippedSegmentTest, WritingAfterTheEndIsRefusedByTheEngine) {
 }
 
 TEST(VZippedSegmentTest, AStreamThatIsNotFinishedLacksItsEnd) {
-  MemoryFile memory;
+  AttachedFile memory;
   const std::string data = sample_data(3000, 3);
   {
     VZippedSegment segment;
@@ -326,7 +326,7 @@ TEST(VZippedSegmentTest, AStreamThatIsNotFinishedLacksItsEnd) {
 
 TEST(VZippedSegmentTest, AReadOfNothingTouchesNothing) {
   for (const int level : {0, 1, -1}) {
-    MemoryFile memory("abc");
+    AttachedFile memory("abc");
     VZippedSegment segment;
     segment.init_r(memory.file(), level, 1, 0, no_limit);
     memory.file().seek(2);
@@ -337,7 +337,7 @@ TEST(VZippedSegmentTest, AReadOfNothingTouchesNothing) {
 }
 
 TEST(VZippedSegmentTest, ARawSegmentReadsItsBytesAlone) {
-  MemoryFile memory("abcdef");
+  AttachedFile memory("abcdef");
   VZippedSegment segment;
   segment.init_r(memory.file(), 0, 1, 4, no_limit);
   EXPECT_EQ(read_bytes(segment, 2), "bc");
@@ -350,7 +350,7 @@ TEST(VZippedSegmentTest, ARawSegmentReadsItsBytesAlone) {
 }
 
 TEST(VZippedSegmentTest, ARawSegmentSeeksAnywhereAndReadsOnlyWithin) {
-  MemoryFile memory("abcdef");
+  AttachedFile memory("abcdef");
   VZippedSegment segment;
   segment.init_r(memory.file(), 0, 1, 4, no_limit);
   EXPECT_EQ(segment.seek(3), 3u);
@@ -516,7 +516,7 @@ TEST(VZippedSegmentTest, WithoutFlushPointsASeekBackRestartsAtTheBegin) {
 TEST(VZippedSegmentTest, SegmentsOnOneFileDoNotDisturbEachOther) {
   const std::string data = sample_data(100000, 9);
   const std::string other(data.rbegin(), data.rend());
-  MemoryFile memory;
+  AttachedFile memory;
   const PlainStored first_stored = plain_write(data, 1, 5000, 100000, default_chunk);
   const PlainStored second_stored = plain_write(other, 6, 0, 100000, default_chunk);
   memory.set_content(first_stored.bytes + second_stored.bytes + data);
@@ -559,7 +559,7 @@ TEST(VZippedSegmentTest, WritersTakeTheirTurnsWithReadersOnOneFile) {
 // --- States and refusals
 
 TEST(VZippedSegmentTest, TellsItsState) {
-  MemoryFile memory("abc");
+  AttachedFile memory("abc");
   VZippedSegment segment;
   EXPECT_EQ(segment.is_initialized(), 0);
   segment.init_r(memory.file(), 1, 0, 3, no_limit);
@@ -606,7 +606,7 @@ TEST(VZippedSegmentTest, WithoutAFileEveryOperationIsRefused) {
 
 TEST(VZippedSegmentTest, AClosedFileIsRefused) {
   VFile file;
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_r(memory.file(), 1, 0, 0, no_limit);
   EXPECT_VREL_ERROR(segment.init_r(file, 1, 0, 0, no_limit), "File not open!", -1);
@@ -635,7 +635,7 @@ TEST(VZippedSegmentTest, AFileForReadingIsNotWritten) {
 
 TEST(VZippedSegmentTest, AReaderDoesNotWrite) {
   for (const int level : {0, 1}) {
-    MemoryFile memory("abc");
+    AttachedFile memory("abc");
     VZippedSegment segment;
     segment.init_r(memory.file(), level, 0, 3, no_limit);
     const char* const text = "Trying to write to file in read mode!";
@@ -647,7 +647,7 @@ TEST(VZippedSegmentTest, AReaderDoesNotWrite) {
 
 TEST(VZippedSegmentTest, AWriterDoesNotRead) {
   for (const int level : {0, 1}) {
-    MemoryFile memory("abc");
+    AttachedFile memory("abc");
     VZippedSegment segment;
     segment.init_w(memory.file(), level, no_limit);
     char byte = 0;
@@ -659,7 +659,7 @@ TEST(VZippedSegmentTest, AWriterDoesNotRead) {
 
 TEST(VZippedSegmentTest, NothingIsWrittenPastTheLimit) {
   for (const int level : {0, 1}) {
-    MemoryFile memory;
+    AttachedFile memory;
     VZippedSegment segment;
     segment.init_w(memory.file(), level, 5);
     segment.write("abc", 3);
@@ -687,7 +687,7 @@ TEST(VZippedSegmentTest, NothingIsReadPastTheLimit) {
 TEST(VZippedSegmentTest, TheFlushBlockSizeIsForAWriterThatHasNotStarted) {
   const char* const not_writing = "Setting flush block size only possible in write mode!";
   const char* const started = "Setting flush block size not possible after writing has started!";
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   EXPECT_VREL_ERROR(segment.set_flush_block_size(1), not_writing, -1);
   segment.init_r(memory.file(), 1, 0, 0, no_limit);
@@ -701,7 +701,7 @@ TEST(VZippedSegmentTest, TheFlushBlockSizeIsForAWriterThatHasNotStarted) {
 
 TEST(VZippedSegmentTest, TheFlushTableIsForAReader) {
   const char* const text = "Setting flush positions when writing.";
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   EXPECT_VREL_ERROR(segment.set_flush_positions({}, 1), text, -1);
   segment.init_w(memory.file(), 1, no_limit);
@@ -764,7 +764,7 @@ TEST(VZippedSegmentTest, AChunkSizeCountsFromTheStart) {
 
 TEST(VZippedSegmentTest, APlaceThatNoFileReachesIsAnError) {
   const char* const text = "Invalid stack position specified in header!";
-  MemoryFile memory("abc");
+  AttachedFile memory("abc");
   for (const int level : {0, 1}) {
     for (const u64 begin : {~u64{0} - 5, u64{1} << 63}) {
       VZippedSegment segment;
@@ -778,7 +778,7 @@ TEST(VZippedSegmentTest, APlaceThatNoFileReachesIsAnError) {
 }
 
 TEST(VZippedSegmentTest, ABeginOfAllOnesHoldsNothing) {
-  MemoryFile memory("abc");
+  AttachedFile memory("abc");
   VZippedSegment segment;
   segment.init_r(memory.file(), 0, ~u64{0}, 100, no_limit);
   EXPECT_VREL_ERROR(read_bytes(segment, 1), "Trying to read beyond segment boundary!", -1);
@@ -789,7 +789,7 @@ TEST(VZippedSegmentTest, ABeginOfAllOnesHoldsNothing) {
 TEST(VZippedSegmentTest, AnEndBehindThatOfTheFileFailsInTheFile) {
   const std::string data = sample_data(5000, 1);
   const PlainStored plain = plain_write(data, 1, 0, 5000, default_chunk);
-  MemoryFile memory(plain.bytes);
+  AttachedFile memory(plain.bytes);
   for (const u64 size : {u64{plain.bytes.size() + 1}, u64{20000}, u64{1} << 40, ~u64{0}}) {
     VZippedSegment segment;
     segment.init_r(memory.file(), 1, 0, size, 5000);
@@ -823,7 +823,7 @@ TEST(VZippedSegmentTest, AFlushPointAtTheEndOfTheStoredBytesHasNothingToDecode) 
 }
 
 TEST(VZippedSegmentTest, AFlushBlockSizeBeyondAnyPositionNeverFlushes) {
-  MemoryFile memory;
+  AttachedFile memory;
   VZippedSegment segment;
   segment.init_w(memory.file(), 1, no_limit);
   segment.set_flush_block_size(~u64{0});

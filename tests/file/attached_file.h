@@ -11,18 +11,18 @@
 
 namespace Vrel::testing {
 
-class MemoryFile {
+class AttachedFile {
  public:
-  explicit MemoryFile(const std::string& content = "")
+  explicit AttachedFile(const std::string& content = "")
       : descriptor_(memfd_create("vrelio", MFD_CLOEXEC)) {
     if (descriptor_ == -1) throw std::runtime_error("no file in memory");
     set_content(content);
     void* handle = VFile::to_handle(descriptor_);
     file_.attach(handle, VFile::mode_modify);
   }
-  ~MemoryFile() { close(descriptor_); }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~AttachedFile() { close(descriptor_); }
+  AttachedFile(const AttachedFile&) = delete;
+  AttachedFile& operator=(const AttachedFile&) = delete;
 
   VFile& file() { return file_; }
 
