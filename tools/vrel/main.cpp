@@ -1,0 +1,60 @@
+// vrel: what VBF files hold, on the command line.
+#include <vrelio/version.h>
+
+#include <sstream>
+
+#include "commands.h"
+#include "lib/error_report.h"
+#include "lib/interruption.h"
+#include "lib/standard_output.h"
+
+using namespace Vrel::tool;
+
+namespace {
+
+#define VRELIO_TEXT_OF(number) #number
+#define VRELIO_TEXT(number) VRELIO_TEXT_OF(number)
+constexpr const char* version_text = "vrel " VRELIO_TEXT(VRELIO_VERSION_MAJOR) "." VRELIO_TEXT(
+    VRELIO_VERSION_MINOR) "." VRELIO_TEXT(VRELIO_VERSION_PATCH);
+
+std::string usage_failure(const CLI::App*, const CLI::Error& error) {
+  return std::string("vrel: ") + error.what() + "\nRun 'vrel --help' for the usage.\n";
+}
+
+// Help and version come as errors too, of which only the real ones have a code.
+ExitCode answer_parse_error(const CLI::App& app, const CLI::ParseError& error) {
+  std::ostringstream results;
+  const int code = app.exit(error, results, std::cerr);
+  StandardOutput().write(results.str());
+  return code == 0 ? exit_done : exit_usage;
+}
+
+ExitCode run(int argc, char** argv) {
+  CLI::App app("Describe VBF files and export their samples", "vrel");
+  Command chosen;
+  app.set_version_flag("--version", version_text);
+  app.require_subcommand(1);
+  app.footer(exit_code_help);
+  app.failure_message(usage_failure);
+  add_info_command(app, chosen);
+  add_export_command(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return answer_parse_error(app, error);
+  }
+  return chosen();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  handle_signals();
+  try {
+    return run(argc, argv);
+  } catch (...) {
+    const Failure failure = current_failure("");
+    print_failure(failure);
+    return failure.code;
+  }
+}
