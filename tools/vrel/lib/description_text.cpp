@@ -36,11 +36,19 @@ void add_line(std::string& text, const char* indent, std::string key, const std:
   text += indent + key + value + '\n';
 }
 
-void add_dictionary(std::string& text, const char* indent, const char* key,
-                    const Dictionary& dictionary) {
-  add_line(text, indent, key, std::to_string(dictionary.size()));
-  for (const auto& [name, value] : dictionary) {
-    text += std::string(indent) + "  " + quoted(name) + " = " + quoted(value) + '\n';
+std::string size_text(std::size_t bytes) { return std::to_string(bytes) + " bytes"; }
+
+void add_dictionary(std::string& text, const Dictionary& dictionary) {
+  add_line(text, "  ", "dictionary", std::to_string(dictionary.size()));
+  for (const auto& [key, value] : dictionary) {
+    text += "    " + quote(key) + ", " + size_text(value.size()) + '\n';
+  }
+}
+
+void add_tags(std::string& text, const Dictionary& tags) {
+  add_line(text, "    ", "tags", std::to_string(tags.size()));
+  for (const auto& [key, value] : tags) {
+    text += "      " + quote(key) + " = " + quote(value) + '\n';
   }
 }
 
@@ -73,7 +81,7 @@ std::string flush_text(const StackRecord& stack) {
 
 std::string data_text(const StackHeader& header) {
   if (header.data_length == 0) return "none, reads as zeros";
-  return std::to_string(header.data_length) + " bytes";
+  return size_text(header.data_length);
 }
 
 std::string positions_text(const StackRecord& stack) {
@@ -84,7 +92,7 @@ std::string positions_text(const StackRecord& stack) {
 
 std::string axis_text(const StackRecord& stack, unsigned axis) {
   std::string text =
-      quoted(stack.labels.at(axis)) + ", size " + std::to_string(stack.header.sizes[axis]) +
+      quote(stack.labels.at(axis)) + ", size " + std::to_string(stack.header.sizes[axis]) +
       ", length " + number_text(stack.header.lengths[axis]) + ", offset " +
       number_text(stack.header.offsets[axis]) + ", unit " + to_text(stack.footer.units[axis]);
   if (stack.footer.has_column_positions[axis] != 0) text += ", a position per column";
@@ -94,11 +102,11 @@ std::string axis_text(const StackRecord& stack, unsigned axis) {
 
 void add_stack(std::string& text, std::size_t index, const StackRecord& stack) {
   constexpr const char* indent = "    ";
-  text += "\n  stack " + std::to_string(index) + ": " + quoted(stack.name) + '\n';
+  text += "\n  stack " + std::to_string(index) + ": " + quote(stack.name) + '\n';
   const auto add = [&](std::string key, const std::string& value) {
     add_line(text, indent, std::move(key), value);
   };
-  add("description", quoted(stack.description));
+  add("description", quote(stack.description));
   add("format version", std::to_string(stack.header.format_version));
   add("type", type_text(stack.header.data_type));
   add("sizes", sizes_text(stack.header));
@@ -110,8 +118,8 @@ void add_stack(std::string& text, std::size_t index, const StackRecord& stack) {
   add("flush points", flush_text(stack));
   add("data", data_text(stack.header));
   add("positions", positions_text(stack));
-  add("metadata", std::to_string(stack.metadata.size()) + " bytes");
-  add_dictionary(text, indent, "tags", stack.tags);
+  add("metadata", size_text(stack.metadata.size()));
+  add_tags(text, stack.tags);
 }
 
 }  // namespace
@@ -129,9 +137,9 @@ std::string to_text(const UnitRecord& unit) {
 std::string to_text(const std::string& path, const FileRecord& file) {
   constexpr const char* indent = "  ";
   std::string text = printable(path) + '\n';
-  add_line(text, indent, "description", quoted(file.description));
+  add_line(text, indent, "description", quote(file.description));
   add_line(text, indent, "format version", std::to_string(file.header.format_version));
-  add_dictionary(text, indent, "dictionary", file.dictionary);
+  add_dictionary(text, file.dictionary);
   add_line(text, indent, "stacks", std::to_string(file.stacks.size()));
   for (std::size_t i = 0; i < file.stacks.size(); ++i) add_stack(text, i, file.stacks[i]);
   return text;

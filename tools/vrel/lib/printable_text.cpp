@@ -64,7 +64,7 @@ std::string_view beginning(std::string_view text) {
 
 std::string printable(std::string_view text) { return escape_characters(text, ""); }
 
-std::string quoted(std::string_view text) {
+std::string quote(std::string_view text) {
   const auto in_marks = [](std::string_view part) {
     return '"' + escape_characters(part, "\"\\") + '"';
   };

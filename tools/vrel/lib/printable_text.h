@@ -13,6 +13,6 @@ std::string printable(std::string_view text);
 
 /// `printable` in quotation marks, in which `"` and `\` are escaped too; a long text is cut, and
 /// its whole size in bytes told behind it.
-std::string quoted(std::string_view text);
+std::string quote(std::string_view text);
 
 }  // namespace Vrel::tool
