@@ -21,23 +21,25 @@ constexpr u64 look_behind_size = 4u << 10;
 // What a raw decoder leaves over at the end of a whole stream.
 constexpr u64 checksum_size = 4;
 
-void check_result(const CodingStep& step, bool is_idle) {
-  if (step.result == engine_ok || (is_idle && step.result == engine_no_progress)) return;
-  raise(id_compression, "Zip error (%d)!", step.result);
+void check_result(int result, bool is_idle) {
+  if (result == engine_ok || (is_idle && result == engine_no_progress)) return;
+  SegmentReader::raise_failure(result);
 }
 
 void check_end(unsigned wanted, u64 left) {
   if (wanted == 0 && (left == 0 || left == checksum_size)) return;
-  raise(id_compression, "Inconsistency in segment!");
+  raise(id_compression, inconsistency);
 }
 
 // The stored bytes are used up, and the stream has not ended.
 void check_used_up(unsigned wanted) {
-  if (wanted > 0) raise(id_plain, "Trying to read beyond segment boundary!");
-  VrelError()("Inconsistency in segment!")(id_compression).do_warn();
+  if (wanted > 0) raise(id_plain, beyond_boundary);
+  VrelError()(inconsistency)(id_compression).do_warn();
 }
 
 }  // namespace
+
+void SegmentReader::raise_failure(int result) { raise(id_compression, "Zip error (%d)!", result); }
 
 void SegmentReader::restart(StreamForm form) {
   decoder_.restart(form);
@@ -77,7 +79,7 @@ bool SegmentReader::may_decode_ahead(const StoredBytes& stored, const ReadReques
 
 // Only input at hand is used, and not the last stored byte: a read that uses it up may be one to
 // warn of. False if that gave nothing.
-bool SegmentReader::decode_ahead(StoredBytes& stored, const ReadRequest& request) {
+bool SegmentReader::decode_ahead(StoredBytes& stored, ReadRequest& request) {
   if (input_.is_empty()) fetch(stored, request);
   const auto usable =
       static_cast<unsigned>(std::min<u64>(input_.get_size(), count_left(stored) - 1));
@@ -100,7 +102,7 @@ void SegmentReader::decode(StoredBytes& stored, ReadRequest& request) {
     request.advance(step.produced);
     const u64 left = count_left(stored);
     if (step.result == engine_stream_end) return check_end(request.size, left);
-    check_result(step, request.size == 0 && offered > 0);
+    check_result(step.result, request.size == 0 && offered > 0);
     if (request.size == 0 && step.consumed < offered) return;
     if (left == 0) return check_used_up(request.size);
     if (chunk_left > 0) continue;
@@ -109,7 +111,7 @@ void SegmentReader::decode(StoredBytes& stored, ReadRequest& request) {
   }
 }
 
-void SegmentReader::fetch(StoredBytes& stored, const ReadRequest& request) {
+void SegmentReader::fetch(StoredBytes& stored, ReadRequest& request) {
   u64 wanted = look_behind_size;
   if (request.size > 0) wanted = std::max(wanted, request.worth_fetching);
   if (in_sequence_) wanted = std::max(wanted, sequence_fetch_);
@@ -117,6 +119,7 @@ void SegmentReader::fetch(StoredBytes& stored, const ReadRequest& request) {
   if (size == 0) return;
   stored.read(input_.make_room(size), size);
   input_.fill(size);
+  request.worth_fetching -= std::min<u64>(request.worth_fetching, size);
   sequence_fetch_ = std::max(sequence_fetch_, 2 * u64{size});
 }
 

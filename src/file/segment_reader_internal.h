@@ -7,6 +7,10 @@
 
 namespace Vrel::detail {
 
+// Texts that the segment and its reader have in common.
+constexpr char beyond_boundary[] = "Trying to read beyond segment boundary!";
+constexpr char inconsistency[] = "Inconsistency in segment!";
+
 // What is still wanted by one read.
 struct ReadRequest {
   unsigned char* destination;
@@ -44,16 +48,19 @@ class SegmentReader {
   unsigned char* get_scratch();
   unsigned get_scratch_size() const;
 
-  // Raises VrelError "Trying to read beyond segment boundary!" (-1), "Zip error (%d)!" (-10),
-  // "Inconsistency in segment!" (-10), and what the stored side raises.
+  // Raises `beyond_boundary` (-1), `raise_failure`, `inconsistency` (-10), and what the stored side
+  // raises.
   void read(StoredBytes& stored, ReadRequest request);
+
+  // Raise VrelError "Zip error (%d)!" (-10) with the engine's result.
+  [[noreturn]] static void raise_failure(int result);
 
  private:
   void take_ahead(ReadRequest& request);
   bool may_decode_ahead(const StoredBytes& stored, const ReadRequest& request) const;
-  bool decode_ahead(StoredBytes& stored, const ReadRequest& request);
+  bool decode_ahead(StoredBytes& stored, ReadRequest& request);
   void decode(StoredBytes& stored, ReadRequest& request);
-  void fetch(StoredBytes& stored, const ReadRequest& request);
+  void fetch(StoredBytes& stored, ReadRequest& request);
   u64 count_left(const StoredBytes& stored) const { return input_.get_size() + stored.get_left(); }
 
   DeflateDecoder decoder_;

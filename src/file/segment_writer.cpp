@@ -21,6 +21,10 @@ unsigned room_of(unsigned chunk_size) {
 SegmentWriter::SegmentWriter(int level, unsigned chunk_size)
     : encoder_(level), room_(room_of(chunk_size)) {}
 
+void SegmentWriter::raise_failure(int result) {
+  raise(id_compression, "Zip error (id: %d)!", result);
+}
+
 void SegmentWriter::write(StoredBytes& stored, const unsigned char* data, unsigned size,
                           Flush flush) {
   unsigned char* const output = output_.make_room(std::max(room_, 1u));
@@ -29,7 +33,7 @@ void SegmentWriter::write(StoredBytes& stored, const unsigned char* data, unsign
     step = encoder_.encode(data, size, output, room_, flush);
     if (step.produced > 0) stored.write(output, step.produced);
     if (step.result != engine_ok && step.result != engine_stream_end) {
-      raise(id_compression, "Zip error (id: %d)!", step.result);
+      raise_failure(step.result);
     }
     data += step.consumed;
     size -= step.consumed;

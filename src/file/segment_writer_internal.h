@@ -12,8 +12,11 @@ class SegmentWriter {
  public:
   SegmentWriter(int level, unsigned chunk_size);
 
-  // Raises VrelError "Zip error (id: %d)!" (-10), and what the stored side raises.
+  // Raises `raise_failure`, and what the stored side raises.
   void write(StoredBytes& stored, const unsigned char* data, unsigned size, Flush flush);
+
+  // Raise VrelError "Zip error (id: %d)!" (-10) with the engine's result.
+  [[noreturn]] static void raise_failure(int result);
 
  private:
   bool goes_on(const CodingStep& step, unsigned size, Flush flush) const;

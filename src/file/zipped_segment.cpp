@@ -14,6 +14,10 @@ namespace {
 // Fetched at least where no flush point tells how far to go.
 constexpr u64 least_fetch = 32u << 10;
 
+void require_file(bool is_there) {
+  if (!is_there) raise(id_plain, "File not open!");
+}
+
 }  // namespace
 
 // A place where decoding can start: the uncompressed position, and the offset from the begin.
@@ -38,7 +42,7 @@ u64 VZippedSegment::init_w(VFile& file, int level, unsigned limit) {
 void VZippedSegment::initialize(VFile& file, int level, u64 position, u64 size, bool write,
                                 unsigned limit) {
   end();
-  if (!file.is_open()) raise(id_plain, "File not open!");
+  require_file(file.is_open());
   if (level > 0 && write) {
     writer_ = std::make_shared<SegmentWriter>(level, file.get_chunk_size());
   } else if (level > 0) {
@@ -68,9 +72,7 @@ int VZippedSegment::is_initialized() const {
   return write_mode_ ? 2 : 1;
 }
 
-void VZippedSegment::check_initialized() const {
-  if (file_ == nullptr) raise(id_plain, "File not open!");
-}
+void VZippedSegment::check_initialized() const { require_file(file_ != nullptr); }
 
 bool VZippedSegment::is_within_limit(unsigned size) const {
   return limit_ == no_limit || (position_ <= limit_ && size <= limit_ - position_);
@@ -84,11 +86,11 @@ u64 VZippedSegment::get_stored_left() const {
 void VZippedSegment::read(void* buffer, unsigned size) {
   check_initialized();
   if (write_mode_) raise(id_plain, "Trying to read from file in write mode!");
-  if (!is_within_limit(size)) raise(id_plain, "Trying to read beyond segment boundary!");
+  const bool is_raw_end_passed = level_ == 0 && size > get_stored_left();
+  if (is_raw_end_passed || !is_within_limit(size)) raise(id_plain, beyond_boundary);
   if (size == 0) return;
   StoredBytes stored(*file_, file_position_, get_stored_left());
   if (level_ == 0) {
-    if (size > stored.get_left()) raise(id_plain, "Trying to read beyond segment boundary!");
     stored.read(buffer, size);
   } else {
     reader().read(stored, {static_cast<unsigned char*>(buffer), size, worth_fetching(size)});
@@ -97,7 +99,7 @@ void VZippedSegment::read(void* buffer, unsigned size) {
 }
 
 SegmentReader& VZippedSegment::reader() const {
-  if (!reader_) raise(id_compression, "Zip error (%d)!", engine_unusable);
+  if (!reader_) SegmentReader::raise_failure(engine_unusable);
   return *reader_;
 }
 
@@ -141,7 +143,7 @@ VZippedSegment::StartPoint VZippedSegment::find_start(u64 target) const {
 }
 
 void VZippedSegment::restart(const StartPoint& start) {
-  if (start.offset > stored_size_) raise(id_compression, "Inconsistency in segment!");
+  if (start.offset > stored_size_) raise(id_compression, inconsistency);
   reader().restart(start.position == 0 ? StreamForm::whole : StreamForm::blocks);
   position_ = start.position;
   file_position_ = begin_ + start.offset;
@@ -191,7 +193,7 @@ void VZippedSegment::write_pieces(const unsigned char* data, unsigned size) {
 }
 
 void VZippedSegment::encode(const unsigned char* data, unsigned size, Flush flush) {
-  if (!writer_) raise(id_compression, "Zip error (id: %d)!", engine_unusable);
+  if (!writer_) SegmentWriter::raise_failure(engine_unusable);
   StoredBytes stored(*file_, file_position_, get_stored_left());
   writer_->write(stored, data, size, flush);
 }

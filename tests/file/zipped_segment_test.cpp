@@ -427,6 +427,18 @@ TEST(VZippedSegmentTest, ASeekFetchesNoMoreThanItsBlock) {
   EXPECT_EQ(segment.get_cur_pos_file(), written.begin() + written.flush_positions()[2]);
 }
 
+TEST(VZippedSegmentTest, AReadFetchesNoFurtherThanTheBlockOfItsLastByte) {
+  const std::string data = sample_data(200000, 8);
+  for (const unsigned chunk_size : {1000u, 40000u, default_chunk}) {
+    Written written(data, 1, 50000, 200000, chunk_size);
+    VZippedSegment segment;
+    written.open(segment, size_of(data));
+    segment.seek(50000);
+    EXPECT_EQ(read_bytes(segment, 70000), data.substr(50000, 70000));
+    EXPECT_LE(segment.get_cur_pos_file(), written.begin() + written.flush_positions()[2]);
+  }
+}
+
 TEST(VZippedSegmentTest, AFirstReadWithoutFlushPointsFetchesAboutWhatIsWanted) {
   const std::string noise = [] {
     std::mt19937 random(3);

@@ -24,7 +24,9 @@ class SegmentWriter;
 /// While writing with a flush block size, a full flush falls at every multiple of it, and the place
 /// of each in the file is kept; while reading, `seek` restarts at the nearest of these. Several
 /// segments may use one file in turn from one thread, since each transfer moves the file to where
-/// the segment stopped. After an error the segment stays initialised and is to be ended.
+/// the segment stopped; a place that the file cannot reach raises VrelError "Invalid stack position
+/// specified in header!" (-4). Without a file each of `seek`, `read`, `write` and `write_end`
+/// raises "File not open!" (-1). After an error the segment stays initialised and is to be ended.
 ///
 /// The file is not owned and must outlive the use. Only a segment that is not initialised may be
 /// copied.
