@@ -112,8 +112,8 @@ void SegmentReader::decode(StoredBytes& stored, ReadRequest& request) {
 }
 
 void SegmentReader::fetch(StoredBytes& stored, ReadRequest& request) {
-  u64 wanted = look_behind_size;
-  if (request.size > 0) wanted = std::max(wanted, request.worth_fetching);
+  const bool is_told = request.size > 0 && request.worth_fetching > 0;
+  u64 wanted = is_told ? request.worth_fetching : look_behind_size;
   if (in_sequence_) wanted = std::max(wanted, sequence_fetch_);
   const auto size = static_cast<unsigned>(std::min<u64>({wanted, chunk_size_, stored.get_left()}));
   if (size == 0) return;
