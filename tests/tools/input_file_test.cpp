@@ -1,6 +1,7 @@
 #include "lib/input_file.h"
 
 #include <gtest/gtest.h>
+#include <vrelio/foundation/error.h>
 
 #include <cerrno>
 
