@@ -276,57 +276,74 @@ void compare(const char* name, double limit, int rounds, const std::function<voi
   std::fflush(stdout);
 }
 
-}  // namespace
-
-int main() {
-  const Bytes data = camera_stack(read_total);
-  Bytes read(read_total);
+struct Workload {
+  Bytes data = camera_stack(read_total);
+  Bytes read = Bytes(read_total);
+  std::vector<std::size_t> targets = seek_targets();
+  Bytes found = Bytes(targets.size() * seek_read_size);
   BenchFile zipped;
   BenchFile other;
+  Stored stored;
+};
 
-  const Stored stored = segment_write(zipped, data, read_total, level);
-  const Stored bare_stored = bare_write(other, data, read_total);
-  require(stored.size == bare_stored.size && stored.flush_positions == bare_stored.flush_positions,
+void require_same_results(Workload& work) {
+  work.stored = segment_write(work.zipped, work.data, read_total, level);
+  const Stored bare = bare_write(work.other, work.data, read_total);
+  require(work.stored.size == bare.size && work.stored.flush_positions == bare.flush_positions,
           "segment and bare engine write different streams");
-  bare_read(other, bare_stored, read);
-  require(read == data, "bare read");
-  segment_read(zipped, bare_stored, read, mebibyte, level);
-  require(read == data, "segment read");
-  std::fill(read.begin(), read.end(), static_cast<unsigned char>(0));
-  segment_read(zipped, stored, read, small_size, level);
-  require(read == data, "small reads");
-  const std::vector<std::size_t> targets = seek_targets();
-  Bytes ours(targets.size() * seek_read_size);
-  Bytes theirs(ours.size());
-  segment_seeks(zipped, stored, targets, ours);
-  bare_seeks(zipped, stored, targets, theirs);
-  require(ours == theirs, "seeks");
+  bare_read(work.zipped, work.stored, work.read);
+  require(work.read == work.data, "bare read");
+  segment_read(work.other, bare, work.read, mebibyte, level);
+  require(work.read == work.data, "segment read");
+  std::fill(work.read.begin(), work.read.end(), static_cast<unsigned char>(0));
+  segment_read(work.zipped, work.stored, work.read, small_size, level);
+  require(work.read == work.data, "small reads");
+  segment_seeks(work.zipped, work.stored, work.targets, work.found);
+  Bytes expected(work.found.size());
+  bare_seeks(work.zipped, work.stored, work.targets, expected);
+  require(work.found == expected, "seeks");
+}
 
-  std::printf("256 MiB of camera data, %.1f MiB stored\n", double(stored.size) / double(mebibyte));
-  std::printf("%-42s %10s %10s %8s %8s\n", "", "ours/ms", "peer/ms", "ratio", "target");
+void compare_zipped(Workload& work) {
   compare(
       "1,000 seeks and reads of 2 KiB", 1.3, 7,
-      [&] { segment_seeks(zipped, stored, targets, ours); },
-      [&] { bare_seeks(zipped, stored, targets, theirs); });
+      [&] { segment_seeks(work.zipped, work.stored, work.targets, work.found); },
+      [&] { bare_seeks(work.zipped, work.stored, work.targets, work.found); });
   compare(
       "1,048,576 reads of 256 B / one read", 2, 4,
-      [&] { segment_read(zipped, stored, read, small_size, level); },
-      [&] { segment_read(zipped, stored, read, read_total, level); });
+      [&] { segment_read(work.zipped, work.stored, work.read, small_size, level); },
+      [&] { segment_read(work.zipped, work.stored, work.read, read_total, level); });
   compare(
       "read, level 1, 1 MiB pieces / engine", 1.03, 7,
-      [&] { segment_read(zipped, stored, read, mebibyte, level); },
-      [&] { bare_read(zipped, stored, read); });
+      [&] { segment_read(work.zipped, work.stored, work.read, mebibyte, level); },
+      [&] { bare_read(work.zipped, work.stored, work.read); });
   compare(
       "write 32 MiB, level 1 / engine", 1.03, 7,
-      [&] { segment_write(other, data, write_total, level); },
-      [&] { bare_write(other, data, write_total); });
+      [&] { segment_write(work.other, work.data, write_total, level); },
+      [&] { bare_write(work.other, work.data, write_total); });
+}
+
+void compare_raw(Workload& work) {
   compare(
       "write raw, 1 MiB pieces / pwrite", 1.03, 15,
-      [&] { segment_write(other, data, read_total, 0); },
-      [&] { bare_raw_write(other, data, read_total); });
+      [&] { segment_write(work.other, work.data, read_total, 0); },
+      [&] { bare_raw_write(work.other, work.data, read_total); });
   const Stored raw{read_total, {}};
   compare(
       "read raw, 1 MiB pieces / pread", 1.03, 15,
-      [&] { segment_read(other, raw, read, mebibyte, 0); }, [&] { bare_raw_read(other, read); });
-  require(read == data, "raw read");
+      [&] { segment_read(work.other, raw, work.read, mebibyte, 0); },
+      [&] { bare_raw_read(work.other, work.read); });
+  require(work.read == work.data, "raw read");
+}
+
+}  // namespace
+
+int main() {
+  Workload work;
+  require_same_results(work);
+  std::printf("256 MiB of camera data, %.1f MiB stored\n",
+              double(work.stored.size) / double(mebibyte));
+  std::printf("%-42s %10s %10s %8s %8s\n", "", "ours/ms", "peer/ms", "ratio", "target");
+  compare_zipped(work);
+  compare_raw(work);
 }
