@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "file/attached_file.h"
 #include "file/segment_outcome.h"
+#include "support/attached_file.h"
 
 namespace {
 

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +15,8 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include "support/fluorescence.h"
 
 namespace {
 
@@ -39,26 +40,14 @@ void require(bool condition, const char* what) {
   if (!condition) fail(what);
 }
 
-// Smooth blobs on an offset with noise that grows with the signal, 16 bits each.
 Bytes camera_image(std::size_t size, unsigned seed) {
-  constexpr std::size_t width = 1024;
-  std::mt19937 random(seed);
-  const auto noise = [&random] {
-    const std::uint_fast32_t bits = random();
-    const int sum =
-        int(bits & 255) + int(bits >> 8 & 255) + int(bits >> 16 & 255) + int(bits >> 24 & 255);
-    return (sum - 510) / 148.0;
-  };
+  constexpr unsigned width = 1024;
+  Vrel::testing::Fluorescence scene;
+  scene.sizes = {width, static_cast<unsigned>(size / (2 * width))};
+  scene.seed = seed;
+  const std::vector<std::uint16_t> samples = make_fluorescence(scene);
   Bytes image(size);
-  for (std::size_t i = 0; i < size / 2; ++i) {
-    const double x = double(i % width) / 90.0;
-    const double y = double(i / width) / 70.0;
-    const double wave = std::sin(x) * std::cos(y);
-    const double signal = 20 + 900 * wave * wave * wave * wave;
-    const auto sample =
-        static_cast<std::uint16_t>(100 + std::max(0.0, signal + std::sqrt(signal) * noise()));
-    std::memcpy(&image[2 * i], &sample, 2);
-  }
+  std::memcpy(image.data(), samples.data(), size);
   return image;
 }
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "file/attached_file.h"
 #include "file/segment_samples.h"
+#include "support/attached_file.h"
 #include "support/system_fault.h"
 
 namespace {

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "file/attached_file.h"
 #include "file/plain_segment.h"
 #include "file/segment_outcome.h"
 #include "file/segment_samples.h"
+#include "support/attached_file.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "file/attached_file.h"
 #include "file/plain_segment.h"
 #include "file/segment_samples.h"
+#include "support/attached_file.h"
 #include "support/expect_error.h"
 #include "support/temporary_file.h"
 

@@ -17,6 +17,7 @@ namespace Vrel {
 /// no byte is read twice; so time and memory stay in proportion to the file. A dictionary that is
 /// missing, misplaced or cut off counts as none.
 ///
+/// \param file    not owned; what stands in front of its current position is not looked at.
 /// \param record  is filled while reading. After an error it holds what came before: the stacks in
 /// front of a damaged one.
 ///

@@ -19,8 +19,8 @@ using Dictionary = std::map<std::string, std::string>;
 
 /// A rational exponent as stored; nothing is reduced or checked.
 struct ExponentRecord {
-  std::int32_t numerator = 0;
-  std::int32_t denominator = 1;
+  std::int32_t numerator = 0;    ///< as stored
+  std::int32_t denominator = 1;  ///< as stored; may be 0
 };
 
 /// A physical unit: the product of the base units to their exponents, times the factor. The neutral
@@ -34,25 +34,25 @@ struct UnitRecord {
 
 /// The fixed part of a file's header.
 struct FileHeader {
-  std::uint32_t format_version = 2;
-  u64 first_stack = 0;  ///< position of the first stack; 0 for none
-  std::uint32_t description_length = 0;
+  std::uint32_t format_version = 2;      ///< 1 has no dictionary; this library writes 2
+  u64 first_stack = 0;                   ///< position of the first stack; 0 for none
+  std::uint32_t description_length = 0;  ///< in bytes
 };
 
 /// The fixed part of a stack's header. Of the arrays the first `rank` entries have a meaning.
 struct StackHeader {
-  std::uint32_t format_version = 5;
-  std::uint32_t rank = 0;
+  std::uint32_t format_version = 5;             ///< 0 has no footer; this library writes 5
+  std::uint32_t rank = 0;                       ///< number of dimensions, at most `max_rank`
   std::array<std::uint32_t, max_rank> sizes{};  ///< samples along each dimension, the fastest first
   std::array<double, max_rank> lengths{};       ///< physical length of each dimension, in its unit
   std::array<double, max_rank> offsets{};  ///< physical position of the centre of each dimension
   std::int32_t data_type = 0;              ///< as for `vrel_dt_get_size`
   std::uint32_t compression_type = 0;      ///< 0 raw, 1 zlib
-  std::int32_t compression_level = 1;
-  std::uint32_t name_length = 0;
-  std::uint32_t description_length = 0;
-  std::uint32_t has_data = 1;  ///< 0 if the stack was made empty; written only
-  std::uint32_t reserved = 0;
+  std::int32_t compression_level = 1;      ///< zlib's; 0 means raw
+  std::uint32_t name_length = 0;           ///< in bytes
+  std::uint32_t description_length = 0;    ///< in bytes
+  std::uint32_t has_data = 1;              ///< 0 if the stack was made empty; written only
+  std::uint32_t reserved = 0;              ///< written as 0
   u64 data_length = 0;  ///< stored bytes; 0 until committed, and for a stack that reads as zeros
   u64 next_stack = 0;   ///< position of the next stack; 0 for none
 };
@@ -60,36 +60,36 @@ struct StackHeader {
 /// The fixed part of a stack's footer. What a shorter footer does not reach has the values given
 /// here.
 struct StackFooter {
-  std::uint32_t footer_size = 1444;
-  std::array<std::uint32_t, max_rank> has_column_positions{};
-  std::array<std::uint32_t, max_rank> has_column_labels{};
-  std::uint32_t metadata_length = 0;
-  UnitRecord data_unit;
-  std::array<UnitRecord, max_rank> units;
-  u64 flush_point_count = 0;
-  u64 flush_block_size = 0;
-  u64 tag_block_size = 0;
-  u64 stack_end = 0;
-  std::uint32_t required_reader_version =
-      0xFFFFFFFFu;  ///< all ones: no requirement; this library writes 0
+  std::uint32_t footer_size = 1444;  ///< bytes of the fixed footer in the file
+  std::array<std::uint32_t, max_rank> has_column_positions{};  ///< not 0 where stored
+  std::array<std::uint32_t, max_rank> has_column_labels{};     ///< not 0 where stored
+  std::uint32_t metadata_length = 0;                           ///< in bytes
+  UnitRecord data_unit;                                        ///< of the sample values
+  std::array<UnitRecord, max_rank> units;                      ///< of the dimensions
+  u64 flush_point_count = 0;                                   ///< entries of the flush table
+  u64 flush_block_size = 0;  ///< bytes of samples between two flush points
+  u64 tag_block_size = 0;    ///< in bytes; 0 where no tags are stored, not even none
+  u64 stack_end = 0;         ///< 0 where it is not known
+  /// All ones: no requirement; this library writes 0.
+  std::uint32_t required_reader_version = 0xFFFFFFFFu;
 };
 
 /// One stack with all that stands around its samples, and where in the file things stand.
 struct StackRecord {
-  StackHeader header;
-  StackFooter footer;
-  std::string name;
-  std::string description;
-  std::vector<std::string> labels;                      ///< one per dimension
+  StackHeader header;               ///< as stored, but for lengths that are no numbers: 1.0
+  StackFooter footer;               ///< as stored, over the defaults
+  std::string name;                 ///< any bytes
+  std::string description;          ///< any bytes
+  std::vector<std::string> labels;  ///< one per dimension
   std::vector<std::vector<double>> column_positions;    ///< per dimension; empty unless stored
   std::vector<std::vector<std::string>> column_labels;  ///< per dimension; empty unless stored
   std::string metadata;                                 ///< XML text; empty for none
   std::vector<u64> flush_positions;                     ///< offsets from `data_position`
   u64 flush_block_size = 0;  ///< 0 without flush positions, whatever the footer says
-  Dictionary tags;
-  u64 stack_position = 0;  ///< of the header
-  u64 data_position = 0;   ///< of the first stored byte
-  u64 stack_end = 0;       ///< behind the last section
+  Dictionary tags;           ///< empty for none
+  u64 stack_position = 0;    ///< of the header
+  u64 data_position = 0;     ///< of the first stored byte
+  u64 stack_end = 0;         ///< behind the last section
 
   /// Number of samples: the product of the sizes, 1 at rank 0.
   std::uint32_t number_of_samples = 1;
@@ -97,17 +97,17 @@ struct StackRecord {
 
 /// One file with its stacks in the order of the chain.
 struct FileRecord {
-  FileHeader header;
-  std::string description;
+  FileHeader header;            ///< as stored
+  std::string description;      ///< any bytes
   u64 dictionary_position = 0;  ///< as stored; 0 at format version 1
-  bool has_dictionary = false;
-  Dictionary dictionary;
-  u64 file_position = 0;  ///< of the file header
+  bool has_dictionary = false;  ///< whether a whole one was found
+  Dictionary dictionary;        ///< empty for none
+  u64 file_position = 0;        ///< of the file header
   u64 dictionary_field_position =
       0;               ///< of the 8 bytes that hold `dictionary_position`; 0 at format version 1
   u64 header_end = 0;  ///< behind the file header
-  u64 dictionary_end = 0;  ///< behind the dictionary; 0 without one
-  std::vector<StackRecord> stacks;
+  u64 dictionary_end = 0;           ///< behind the dictionary; 0 without one
+  std::vector<StackRecord> stacks;  ///< those in front of a damage, if there was one
 };
 
 }  // namespace Vrel

@@ -21,6 +21,7 @@ class VRELIO_EXPORT SampleReader {
   SampleReader(const SampleReader&) = delete;
   SampleReader& operator=(const SampleReader&) = delete;
 
+  /// Samples of the whole stack.
   u64 get_number_of_samples() const { return number_of_samples_; }
   /// Bytes of one sample.
   unsigned get_sample_size() const { return sample_size_; }

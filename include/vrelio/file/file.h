@@ -16,6 +16,7 @@
 /// All of `tell`, `seek`, `read` and `write` raise VrelError "File not open!" (-1) without a file.
 class VRELIO_EXPORT VFile : public VFileAccess {
  public:
+  /// How a file is opened.
   enum mode : std::int32_t {
     mode_read = 0,    ///< read; the file must exist
     mode_create = 1,  ///< read and write; made anew or, once nobody else holds it, emptied
@@ -27,7 +28,9 @@ class VRELIO_EXPORT VFile : public VFileAccess {
   VFile() = default;
   /// \throws as `open`.
   VFile(const VPropstring& name, mode access);
+  /// Shares the handle and its position.
   VFile(const VFile& other) = default;
+  /// As copying; a file held until now is not closed.
   VFile& operator=(const VFile& other) = default;
   /// Slot 5. Closes a file got by `open`.
   virtual ~VFile();
@@ -64,21 +67,24 @@ class VRELIO_EXPORT VFile : public VFileAccess {
   /// which stays.
   void close();
 
+  /// Whether there is a file.
   bool is_open() const { return mode_ != mode_none; }
+  /// The mode; `mode_none` without a file.
   mode get_mode() const { return mode_; }
 
   /// Working buffer size in bytes for the layers above; transfers of this class are never split by
   /// it. 4 MiB after construction.
   void set_chunk_size(unsigned size) { chunk_size_ = size; }
+  /// The working buffer size.
   unsigned get_chunk_size() const { return chunk_size_; }
 
   /// Delete a file by name.
   /// \throws VrelError "Could not remove file." (-1) with the system error.
   static void remove(const VPropstring& name);
 
-  /// The handle of a descriptor, and back. A handle is null for no file, else the descriptor
-  /// plus 1.
+  /// The handle of a descriptor: null for -1, which is no file, else the descriptor plus 1.
   static void* to_handle(int descriptor);
+  /// The descriptor of a handle; -1 for null.
   static int to_descriptor(void* handle);
 
  private:

@@ -22,8 +22,9 @@ class VRELIO_EXPORT VFileAccess {
   virtual void write(const void* buffer, unsigned size) = 0;
 
   /// Write the bytes of a text, without a terminator; before them its length as 32 bits,
-  /// little-endian, if `with_length` is true. \throws VrelError "String too long!" (-1), before
-  /// anything is written, if the length does not fit 32 bits.
+  /// little-endian, if `with_length` is true.
+  /// \throws VrelError "String too long!" (-1), before anything is written, if the length
+  ///         does not fit 32 bits.
   void write_str(const std::string& text, bool with_length);
 
   /// Read a text of `length` bytes; a length of 0xFFFFFFFF means that its length stands before it
@@ -35,7 +36,9 @@ class VRELIO_EXPORT VFileAccess {
 
  protected:
   VFileAccess() = default;
+  /// \cond
   VFileAccess(const VFileAccess&) = default;
   VFileAccess& operator=(const VFileAccess&) = default;
   ~VFileAccess() = default;
+  /// \endcond
 };

@@ -36,18 +36,25 @@ class VRELIO_EXPORT VZippedSegment : public VFileAccess {
   static constexpr unsigned no_limit = 0xFFFFFFFFu;
 
   VZippedSegment() = default;
+  /// Only of a segment that is not initialised.
   VZippedSegment(const VZippedSegment& other) = default;
+  /// Only between segments that are not initialised.
   VZippedSegment& operator=(const VZippedSegment& other) = default;
   virtual ~VZippedSegment();
 
   /// Read `size` stored bytes from `position` of the file on.
-  /// \param level  0 for raw bytes, else a zlib stream of any level.
-  /// \param limit  number of uncompressed bytes that may be read, or `no_limit`.
+  /// \param file      open; not owned.
+  /// \param level     0 for raw bytes, else a zlib stream of any level.
+  /// \param position  of the first stored byte in the file.
+  /// \param size      stored bytes.
+  /// \param limit     number of uncompressed bytes that may be read, or `no_limit`.
   /// \throws VrelError "File not open!" (-1).
   void init_r(VFile& file, int level, u64 position, u64 size, unsigned limit);
 
   /// Write from the current position of the file on.
+  /// \param file   open for writing; not owned.
   /// \param level  0 for raw bytes, 1 to 9 for zlib.
+  /// \param limit  number of uncompressed bytes that may be written, or `no_limit`.
   /// \return that position.
   /// \throws VrelError "Trying to write in read mode!" (-1) for a file in `mode_read`; "File not
   /// open!" (-1).
@@ -76,8 +83,7 @@ class VRELIO_EXPORT VZippedSegment : public VFileAccess {
 
   /// Write bytes; a null buffer finishes a zlib stream and does nothing to a raw segment.
   /// \throws VrelError "Trying to write to file in read mode!" (-1); "Trying to write beyond
-  /// segment boundary!" (-1);
-  ///         "Zip error (id: %d)!" (-10); and what the file raises.
+  ///         segment boundary!" (-1); "Zip error (id: %d)!" (-10); and what the file raises.
   void write(const void* buffer, unsigned size) override;
 
   /// Finish the stream.
@@ -88,8 +94,9 @@ class VRELIO_EXPORT VZippedSegment : public VFileAccess {
   /// without its end.
   void end();
 
-  /// File position of the first stored byte, and of the next one to be read or written.
+  /// File position of the first stored byte.
   u64 get_beg_pos_file() const { return begin_; }
+  /// File position of the next stored byte to be fetched or written.
   u64 get_cur_pos_file() const { return file_position_; }
 
   /// Uncompressed bytes between two flush points; 0 for none.
@@ -98,8 +105,8 @@ class VRELIO_EXPORT VZippedSegment : public VFileAccess {
   void set_flush_block_size(u64 size);
 
   /// Hand in the stored table: `positions[k - 1]` is the offset from the segment's begin of the
-  /// flush point at uncompressed position k * `block_size`. \throws VrelError "Setting flush
-  /// positions when writing." (-1) unless reading.
+  /// flush point at uncompressed position k * `block_size`.
+  /// \throws VrelError "Setting flush positions when writing." (-1) unless reading.
   void set_flush_positions(const std::vector<u64>& positions, u64 block_size);
 
   /// The table, and the block size in `block_size`.

@@ -21,11 +21,15 @@
 /// Elements convert one after the other, so that a buffer may be converted in place where the
 /// elements do not become larger.
 ///
+/// \param source_type       id of the elements of `source` and `source_imaginary`.
+/// \param destination_type  id of the elements of `destination` and `destination_imaginary`.
 /// \param source       `count` elements, complex ones with real and imaginary part side by side;
 ///                     need not be aligned.
 /// \param destination  room for `count` elements; need not be aligned. The caller owns all buffers;
 ///                     nothing is allocated.
 /// \param count        elements; 0 or less touches nothing.
+/// \param source_imaginary       imaginary parts to join, `count` elements; else null.
+/// \param destination_imaginary  room for imaginary parts that are split off; else null.
 /// \return 0, or -1 without touching anything where the pair of types does not exist in the mode,
 /// whatever the count, or where both imaginary pointers are set.
 VRELIO_EXPORT int vrel_dt_convert(int source_type, int destination_type, const void* source,

@@ -12,7 +12,9 @@
 class VRELIO_EXPORT VCriticalSection {
  public:
   VCriticalSection();
+  /// Names the same system object.
   VCriticalSection(const VCriticalSection& other) = default;
+  /// Names the other's system object from now on.
   VCriticalSection& operator=(const VCriticalSection& other) = default;
   virtual ~VCriticalSection();
 

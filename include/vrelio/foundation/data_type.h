@@ -8,9 +8,9 @@
 
 /// One element of id 1024: three bytes of colour.
 struct VRELIO_EXPORT _s_vrel_RGB {
-  unsigned char r;
-  unsigned char g;
-  unsigned char b;
+  unsigned char r;  ///< red
+  unsigned char g;  ///< green
+  unsigned char b;  ///< blue
 };
 
 /// Size of one element in bytes; 0 for what has no fixed size, for every id with the array flag

@@ -34,6 +34,7 @@ class VRELIO_EXPORT VrelError : public std::exception {
 
   /// Copies all but the thread id. Texts that the source owns since its `clone` are copied too.
   VrelError(const VrelError& other);
+  /// As copying.
   VrelError& operator=(const VrelError& other);
 
   /// Prints a warning if `do_warn` was called, else reports if `do_process` was called; lets no
@@ -65,7 +66,8 @@ class VRELIO_EXPORT VrelError : public std::exception {
   ///
   /// The text: "FILE(LINE): ERROR" and "in function 'FUNC':" on lines of their own where a file and
   /// a line are known ("WARNING" for a warning), the message, and "\n    os_error(NUMBER): TEXT"
-  /// where a system error number above 0 is held. \return the identifier.
+  /// where a system error number above 0 is held.
+  /// \return the identifier.
   int process() const noexcept;
   /// Report by `what` and print the report to standard error.
   void do_warn_now() const noexcept;
@@ -74,10 +76,15 @@ class VRELIO_EXPORT VrelError : public std::exception {
   // NOLINTNEXTLINE(google-explicit-constructor): part of the interface
   operator int() const { return id_; }
 
+  /// The message.
   const char* get_msg() const { return msg_.c_str(); }
+  /// The text of the system error; empty for none.
   const char* get_oserr() const { return oserr_.c_str(); }
+  /// Source file of the raiser; null where it is not known.
   const char* get_file() const { return file_; }
+  /// Function of the raiser; null where it is not known.
   const char* get_func() const { return func_; }
+  /// Source line of the raiser; 0 where it is not known.
   int get_line() const { return line_; }
   /// -1 unless somebody set another.
   int get_id() const { return id_; }
@@ -123,5 +130,6 @@ VRELIO_EXPORT void wrap_array_report_error(const VrelError& error, int flags, in
                                            bool warn_only);
 
 /// Where every report goes: an empty function to put a breakpoint on, or to replace by one of the
-/// program's own. \param text  the report with a line end; valid during the call only.
+/// program's own.
+/// \param text  the report with a line end; valid during the call only.
 extern "C" VRELIO_EXPORT void vrel_debug_output(const char* text);

@@ -10,8 +10,10 @@
 class VRELIO_EXPORT VPropstring : public std::wstring {
  public:
   VPropstring() = default;
+  /// The text up to its zero character.
   // NOLINTNEXTLINE(google-explicit-constructor): a name is a text
   VPropstring(const wchar_t* text) : std::wstring(text) {}
+  /// The text as it stands.
   // NOLINTNEXTLINE(google-explicit-constructor): a name is a text
   VPropstring(const std::wstring& text) : std::wstring(text) {}
 };

@@ -20,8 +20,8 @@ class Output {
   virtual void finish() = 0;
 };
 
-/// Write all bytes to a descriptor, however many calls it takes. \return false with `errno` set
-/// after a failure.
+/// Write all bytes to a descriptor, however many calls it takes.
+/// \return false with `errno` set after a failure.
 bool write_all(int descriptor, const void* data, std::size_t size);
 
 }  // namespace Vrel::tool
