@@ -3,6 +3,7 @@
 #include <vrelio/foundation/data_type.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "lib/printable_text.h"
@@ -22,8 +23,9 @@ std::string number_text(double number) {
 
 std::string exponent_text(const ExponentRecord& exponent) {
   const std::string numerator = std::to_string(exponent.numerator);
-  if (exponent.denominator != 1)
+  if (exponent.denominator != 1) {
     return '^' + numerator + '/' + std::to_string(exponent.denominator);
+  }
   return exponent.numerator == 1 ? "" : '^' + numerator;
 }
 
