@@ -6,7 +6,6 @@
 #include <climits>
 #include <cmath>
 #include <complex>
-#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -19,8 +18,9 @@ using namespace Vrel::testing;
 
 constexpr int array_flag = INT_MIN;
 constexpr unsigned seed = 20240;
+constexpr unsigned char guard = 0xA5;
 
-// ---- a naive conversion to compare with ----
+// A naive conversion to compare with.
 
 template <class To, class From>
 To truncate_in_range(long double truncated, long double low, long double high, From otherwise) {
@@ -52,206 +52,222 @@ To reference(From value) {
   }
 }
 
-template <class To, class From>
-std::vector<To> references(const std::vector<From>& values) {
-  std::vector<To> converted;
-  for (const From value : values) converted.push_back(reference<To>(value));
+// Runs of elements as bytes, so that ids alone tell the types.
+
+using Bytes = std::vector<unsigned char>;
+
+std::size_t size_of(int id) { return static_cast<std::size_t>(vrel_dt_get_size(id)); }
+
+template <class T>
+Bytes to_bytes(const std::vector<T>& values) {
+  Bytes bytes(values.size() * sizeof(T));
+  std::memcpy(bytes.data(), values.data(), bytes.size());
+  return bytes;
+}
+
+template <class From, class To>
+Bytes references_of(const Bytes& source) {
+  std::vector<From> values(source.size() / sizeof(From));
+  std::memcpy(values.data(), source.data(), source.size());
+  std::vector<To> converted(values.size());
+  std::transform(values.begin(), values.end(), converted.begin(), reference<To, From>);
+  return to_bytes(converted);
+}
+
+Bytes references(int source_id, int destination_id, const Bytes& source) {
+  Bytes converted;
+  visit_real_type(source_id, [&](auto from) {
+    visit_real_type(destination_id, [&](auto to) {
+      converted = references_of<decltype(from), decltype(to)>(source);
+    });
+  });
   return converted;
 }
 
-// ---- buffers at odd addresses, with guards around them ----
+Bytes values_of(int id, std::size_t count) {
+  Bytes bytes;
+  visit_real_type(
+      id, [&](auto value) { bytes = to_bytes(values_of_interest<decltype(value)>(count, seed)); });
+  return bytes;
+}
 
-constexpr unsigned char guard = 0xA5;
+Bytes part(const Bytes& bytes, std::size_t first, std::size_t size) {
+  const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(first);
+  return Bytes(begin, begin + static_cast<std::ptrdiff_t>(size));
+}
 
+Bytes repeated(const Bytes& element, std::size_t times) {
+  Bytes bytes;
+  while (times-- > 0) bytes.insert(bytes.end(), element.begin(), element.end());
+  return bytes;
+}
+
+Bytes interleaved(const Bytes& real, const Bytes& imaginary, int id) {
+  Bytes elements;
+  for (std::size_t i = 0; i < real.size(); i += size_of(id))
+    for (const Bytes* plane : {&real, &imaginary})
+      elements.insert(elements.end(), plane->data() + i, plane->data() + i + size_of(id));
+  return elements;
+}
+
+Bytes with_zeros(const Bytes& real, int id) { return interleaved(real, Bytes(real.size()), id); }
+
+// A buffer at an odd address with guards around it.
 class Buffer {
  public:
   explicit Buffer(std::size_t size) : bytes_(size + 2 * margin, guard) {}
-
-  template <class T>
-  explicit Buffer(const std::vector<T>& values) : Buffer(values.size() * sizeof(T)) {
-    std::memcpy(data(), values.data(), values.size() * sizeof(T));
+  explicit Buffer(const Bytes& content) : Buffer(content.size()) {
+    std::memcpy(data(), content.data(), content.size());
   }
 
   unsigned char* data() { return bytes_.data() + margin; }
-
-  template <class T>
-  std::vector<T> get() const {
-    std::vector<T> values((bytes_.size() - 2 * margin) / sizeof(T));
-    std::memcpy(values.data(), bytes_.data() + margin, values.size() * sizeof(T));
-    return values;
-  }
-
+  Bytes content() const { return part(bytes_, margin, bytes_.size() - 2 * margin); }
+  bool is_untouched() const { return bytes_ == Bytes(bytes_.size(), guard); }
   bool is_intact_outside() const {
-    return std::all_of(bytes_.begin(), bytes_.begin() + margin, is_guard) &&
-           std::all_of(bytes_.end() - margin, bytes_.end(), is_guard);
+    const Bytes guards(margin, guard);
+    return part(bytes_, 0, margin) == guards &&
+           part(bytes_, bytes_.size() - margin, margin) == guards;
   }
-
-  bool is_untouched() const { return std::all_of(bytes_.begin(), bytes_.end(), is_guard); }
 
  private:
-  static constexpr std::ptrdiff_t margin = 67;
-  static bool is_guard(unsigned char byte) { return byte == guard; }
+  static constexpr std::size_t margin = 67;
 
-  std::vector<unsigned char> bytes_;
+  Bytes bytes_;
 };
-
-template <class T>
-bool is_same_value(T first, T second) {
-  if constexpr (std::is_floating_point_v<T>)
-    if (std::isnan(first) || std::isnan(second)) return std::isnan(first) && std::isnan(second);
-  return std::memcmp(&first, &second, sizeof first) == 0;
-}
-
-template <class T>
-void expect_values(const Buffer& buffer, const std::vector<T>& expected, const std::string& what) {
-  const std::vector<T> found = buffer.get<T>();
-  ASSERT_EQ(found.size(), expected.size()) << what;
-  for (std::size_t i = 0; i < expected.size(); ++i)
-    ASSERT_PRED2(is_same_value<T>, found[i], expected[i])
-        << what << ", element " << i << ", seed " << seed;
-  EXPECT_TRUE(buffer.is_intact_outside()) << what;
-}
 
 std::string pair_name(int source, int destination) {
   return std::string(vrel_dt_get_name(source)) + " to " + vrel_dt_get_name(destination);
 }
 
-template <class To, class From>
-void expect_plain(int source_id, int destination_id, int count, const std::vector<From>& values,
-                  const std::vector<To>& expected) {
+void expect_content(const Buffer& buffer, const Bytes& expected, const std::string& what) {
+  const Bytes found = buffer.content();
+  const auto differing =
+      std::mismatch(found.begin(), found.end(), expected.begin(), expected.end());
+  EXPECT_TRUE(found == expected) << what << ", byte " << differing.first - found.begin()
+                                 << ", seed " << seed;
+  EXPECT_TRUE(buffer.is_intact_outside()) << what;
+}
+
+void expect_plain(int source_id, int destination_id, const Bytes& values, const Bytes& expected) {
   Buffer source(values);
-  Buffer destination(expected.size() * sizeof(To));
+  Buffer destination(expected.size());
+  const std::size_t count = values.size() / size_of(source_id);
   const std::string what =
       pair_name(source_id, destination_id) + ", " + std::to_string(count) + " elements";
-  EXPECT_EQ(vrel_dt_convert(source_id, destination_id, source.data(), destination.data(), count,
-                            nullptr, nullptr),
+  EXPECT_EQ(vrel_dt_convert(source_id, destination_id, source.data(), destination.data(),
+                            static_cast<int>(count), nullptr, nullptr),
             0)
       << what;
-  expect_values(destination, expected, what);
+  expect_content(destination, expected, what);
 }
 
 // An odd count, so that what does not fill a vector is there too.
 constexpr int many = 1003;
 
-template <class From>
-class ConvertFromTest : public testing::Test {
+class ConvertFromTest : public testing::TestWithParam<int> {
  protected:
-  const std::vector<From> values = values_of_interest<From>(many, seed);
-  const std::vector<From> others{values.rbegin(), values.rend()};
-  static constexpr int id = id_of<From>();
+  Bytes converted(int destination_id, const Bytes& source) const {
+    return references(id, destination_id, source);
+  }
+  void expect_real(int destination_id, const Bytes& source) const {
+    expect_plain(id, destination_id, source, converted(destination_id, source));
+  }
+
+  const int id = GetParam();
+  const std::size_t size = size_of(id);
+  const Bytes values = values_of(id, many);
+  const Bytes others = values_of(id, many + 500);
+  const Bytes imaginary = part(others, 500 * size, many* size);
 };
 
-using SourceTypes = testing::Types<unsigned char, char, unsigned short, short, unsigned int, int,
-                                   float, double, unsigned long long, long long>;
-TYPED_TEST_SUITE(ConvertFromTest, SourceTypes);
+INSTANTIATE_TEST_SUITE_P(EveryRealType, ConvertFromTest, testing::ValuesIn(real_ids),
+                         [](const auto& tested) {
+                           return std::string(vrel_dt_get_name(tested.param));
+                         });
 
-TYPED_TEST(ConvertFromTest, RealToReal) {
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    expect_plain(this->id, id_of<To>(), many, this->values, references<To>(this->values));
-  });
+TEST_P(ConvertFromTest, RealToReal) {
+  for (const int to : real_ids) expect_real(to, values);
 }
 
-TYPED_TEST(ConvertFromTest, OneElementGivesWhatManyGive) {
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    for (const TypeParam value : this->values)
-      expect_plain(this->id, id_of<To>(), 1, std::vector<TypeParam>{value},
-                   std::vector<To>{reference<To>(value)});
-  });
+TEST_P(ConvertFromTest, OneElementGivesWhatManyGive) {
+  for (const int to : real_ids)
+    for (std::size_t i = 0; i < values.size(); i += size) expect_real(to, part(values, i, size));
 }
 
-TYPED_TEST(ConvertFromTest, EveryPlaceInARunGivesTheSame) {
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    for (int count = 2; count < 70; ++count) {
-      const std::vector<TypeParam> run(this->values.end() - count, this->values.end());
-      expect_plain(this->id, id_of<To>(), count, run, references<To>(run));
-    }
-    for (const TypeParam value : this->values) {
-      const std::vector<TypeParam> run(39, value);
-      expect_plain(this->id, id_of<To>(), 39, run, references<To>(run));
-    }
-  });
+TEST_P(ConvertFromTest, RunsOfEveryLengthConvertToTheirEnd) {
+  for (const int to : real_ids)
+    for (std::size_t count = 2; count < 70; ++count)
+      expect_real(to, part(values, values.size() - count * size, count * size));
 }
 
-TYPED_TEST(ConvertFromTest, RealToComplexHasImaginaryPartsOfZero) {
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    const std::vector<To> zeros(this->values.size(), To(0));
-    expect_plain(this->id, id_of<To>() | complex_flag, many, this->values,
-                 interleave(references<To>(this->values), zeros));
-  });
+TEST_P(ConvertFromTest, EveryPlaceInARunGivesTheSame) {
+  for (const int to : real_ids)
+    for (std::size_t i = 0; i < values.size(); i += size)
+      expect_real(to, repeated(part(values, i, size), 39));
 }
 
-TYPED_TEST(ConvertFromTest, ComplexToComplexConvertsBothParts) {
-  const std::vector<TypeParam> elements = interleave(this->values, this->others);
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    expect_plain(this->id | complex_flag, id_of<To>() | complex_flag, many, elements,
-                 references<To>(elements));
-  });
+TEST_P(ConvertFromTest, RealToComplexHasImaginaryPartsOfZero) {
+  for (const int to : real_ids)
+    expect_plain(id, to | complex_flag, values, with_zeros(converted(to, values), to));
 }
 
-TYPED_TEST(ConvertFromTest, ComplexToRealIsNoPlainPair) {
-  for_each_real_type([&](auto to) {
-    Buffer source(this->values);
+TEST_P(ConvertFromTest, ComplexToComplexConvertsBothParts) {
+  const Bytes elements = interleaved(values, imaginary, id);
+  for (const int to : real_ids)
+    expect_plain(id | complex_flag, to | complex_flag, elements, converted(to, elements));
+}
+
+TEST_P(ConvertFromTest, ComplexToRealIsNoPlainPair) {
+  for (const int to : real_ids) {
     Buffer destination(64);
-    EXPECT_EQ(vrel_dt_convert(this->id | complex_flag, id_of<decltype(to)>(), source.data(),
-                              destination.data(), 1, nullptr, nullptr),
+    EXPECT_EQ(vrel_dt_convert(id | complex_flag, to, values.data(), destination.data(), 1, nullptr,
+                              nullptr),
               -1);
     EXPECT_TRUE(destination.is_untouched());
-  });
-}
-
-TYPED_TEST(ConvertFromTest, JoinsTwoPlanes) {
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    const int to_id = id_of<To>() | complex_flag;
-    const std::vector<To> expected =
-        interleave(references<To>(this->values), references<To>(this->others));
-    Buffer real(this->values);
-    Buffer imaginary(this->others);
-    Buffer destination(expected.size() * sizeof(To));
-    EXPECT_EQ(vrel_dt_convert(this->id, to_id, real.data(), destination.data(), many,
-                              imaginary.data(), nullptr),
-              0);
-    expect_values(destination, expected, "joining " + pair_name(this->id, to_id));
-  });
-}
-
-TYPED_TEST(ConvertFromTest, SplitsIntoTwoPlanes) {
-  Buffer source(interleave(this->values, this->others));
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    Buffer real(many * sizeof(To));
-    Buffer imaginary(many * sizeof(To));
-    EXPECT_EQ(vrel_dt_convert(this->id | complex_flag, id_of<To>(), source.data(), real.data(),
-                              many, nullptr, imaginary.data()),
-              0);
-    const std::string what = "splitting " + pair_name(this->id | complex_flag, id_of<To>());
-    expect_values(real, references<To>(this->values), what);
-    expect_values(imaginary, references<To>(this->others), what);
-  });
-}
-
-TYPED_TEST(ConvertFromTest, ACountOfZeroOrLessTouchesNothing) {
-  for (const int count : {0, -1, INT_MIN}) {
-    for_each_real_type([&](auto to) {
-      const int to_id = id_of<decltype(to)>();
-      const int complex_id = this->id | complex_flag;
-      EXPECT_EQ(vrel_dt_convert(this->id, to_id, nullptr, nullptr, count, nullptr, nullptr), 0);
-      Buffer plane(8);
-      Buffer other(8);
-      EXPECT_EQ(vrel_dt_convert(this->id, to_id | complex_flag, plane.data(), nullptr, count,
-                                other.data(), nullptr),
-                0);
-      EXPECT_EQ(
-          vrel_dt_convert(complex_id, to_id, nullptr, plane.data(), count, nullptr, other.data()),
-          0);
-      EXPECT_TRUE(plane.is_untouched() && other.is_untouched());
-    });
   }
+}
+
+TEST_P(ConvertFromTest, JoinsTwoPlanes) {
+  for (const int to : real_ids) {
+    Buffer real_plane(values);
+    Buffer imaginary_plane(imaginary);
+    Buffer destination(2 * many * size_of(to));
+    EXPECT_EQ(vrel_dt_convert(id, to | complex_flag, real_plane.data(), destination.data(), many,
+                              imaginary_plane.data(), nullptr),
+              0);
+    expect_content(destination, interleaved(converted(to, values), converted(to, imaginary), to),
+                   "joining " + pair_name(id, to | complex_flag));
+  }
+}
+
+TEST_P(ConvertFromTest, SplitsIntoTwoPlanes) {
+  Buffer source(interleaved(values, imaginary, id));
+  for (const int to : real_ids) {
+    Buffer real_plane(many * size_of(to));
+    Buffer imaginary_plane(many * size_of(to));
+    EXPECT_EQ(vrel_dt_convert(id | complex_flag, to, source.data(), real_plane.data(), many,
+                              nullptr, imaginary_plane.data()),
+              0);
+    const std::string what = "splitting " + pair_name(id | complex_flag, to);
+    expect_content(real_plane, converted(to, values), what);
+    expect_content(imaginary_plane, converted(to, imaginary), what);
+  }
+}
+
+TEST_P(ConvertFromTest, ACountOfZeroOrLessTouchesNothing) {
+  for (const int to : real_ids)
+    for (const int count : {0, -1, INT_MIN}) {
+      Buffer one(8);
+      Buffer other(8);
+      EXPECT_EQ(vrel_dt_convert(id, to, nullptr, one.data(), count, nullptr, nullptr), 0);
+      EXPECT_EQ(
+          vrel_dt_convert(id, to | complex_flag, one.data(), nullptr, count, other.data(), nullptr),
+          0);
+      EXPECT_EQ(
+          vrel_dt_convert(id | complex_flag, to, nullptr, one.data(), count, nullptr, other.data()),
+          0);
+      EXPECT_TRUE(one.is_untouched() && other.is_untouched());
+    }
 }
 
 TEST(ConvertTest, JoiningInt16PlanesGivesFloatPairs) {
@@ -264,22 +280,20 @@ TEST(ConvertTest, JoiningInt16PlanesGivesFloatPairs) {
 }
 
 TEST(ConvertTest, AnRgbTripleIsCopied) {
-  const std::vector<unsigned char> triples = values_of_interest<unsigned char>(3 * many, seed);
-  expect_plain(1024, 1024, many, triples, triples);
+  const Bytes triples = values_of(1, 3 * many);
+  expect_plain(1024, 1024, triples, triples);
 }
 
 TEST(ConvertTest, TheSecondIdOfUint32IsASourceForEveryType) {
-  const std::vector<unsigned int> values = values_of_interest<unsigned int>(many, seed);
-  for_each_real_type([&](auto to) {
-    using To = decltype(to);
-    const std::vector<To> zeros(values.size(), To(0));
-    expect_plain(2048, id_of<To>(), many, values, references<To>(values));
-    expect_plain(2048, id_of<To>() | complex_flag, many, values,
-                 interleave(references<To>(values), zeros));
-  });
+  const Bytes values = values_of(16, many);
+  for (const int to : real_ids) {
+    const Bytes expected = references(16, to, values);
+    expect_plain(2048, to, values, expected);
+    expect_plain(2048, to | complex_flag, values, with_zeros(expected, to));
+  }
 }
 
-// ---- what does not exist ----
+// What does not exist.
 
 std::vector<int> all_ids() {
   std::vector<int> ids = {0,      3,          256,        512,        1024,       2048,
@@ -346,20 +360,20 @@ TEST(ConvertTest, ALogicalConvertsToNothing) {
   for (const int destination : all_ids()) expect_refused(0x10000, destination, false, false);
 }
 
-// ---- buffers beyond the cache, whose results are stored in another way ----
+// Buffers beyond the cache, whose results are stored in another way.
 
 // Compares a large run with many small ones.
 void expect_large(int source_id, int destination_id, std::size_t shift, bool joins, bool splits) {
-  const std::size_t source_size = static_cast<std::size_t>(vrel_dt_get_size(source_id));
-  const std::size_t size = static_cast<std::size_t>(vrel_dt_get_size(destination_id));
+  const std::size_t source_size = size_of(source_id);
+  const std::size_t size = size_of(destination_id);
   const std::size_t count = (std::size_t{17} << 20) / size + 77;
   const std::size_t planes = splits ? 2 : 1;
-  std::vector<unsigned char> source(2 * count * source_size);
+  Bytes source(2 * count * source_size);
   for (std::size_t i = 0; i < source.size(); ++i)
     source[i] = static_cast<unsigned char>(i * 2654435761u >> 13);
-  std::vector<unsigned char> large(2 * count * size + 64, guard);
-  std::vector<unsigned char> small(large);
-  const auto convert = [&](std::vector<unsigned char>& to, std::size_t first, std::size_t number) {
+  Bytes large(2 * count * size + 64, guard);
+  Bytes small(large);
+  const auto convert = [&](Bytes& to, std::size_t first, std::size_t number) {
     unsigned char* real = to.data() + shift + first * size;
     return vrel_dt_convert(source_id, destination_id, source.data() + first * source_size, real,
                            static_cast<int>(number),
@@ -374,7 +388,7 @@ void expect_large(int source_id, int destination_id, std::size_t shift, bool joi
 }
 
 TEST(ConvertTest, ALargeRunGivesWhatSmallOnesGive) {
-  for (const std::size_t shift : {0u, 8u, 3u}) {
+  for (const std::size_t shift : {0u, 3u}) {
     expect_large(1, 4, shift, false, false);
     expect_large(64, 4, shift, false, false);
     expect_large(128, 0x40000040, shift, false, false);
@@ -391,26 +405,23 @@ TEST(ConvertTest, ALargeSplitGivesWhatSmallOnesGive) {
   for (const std::size_t shift : {0u, 4u, 1u}) expect_large(0x40000008, 64, shift, false, true);
 }
 
-template <class From, class To>
-void expect_in_place(std::size_t count) {
-  const std::vector<From> values = values_of_interest<From>(count, seed);
-  std::vector<From> buffer(values);
-  ASSERT_EQ(vrel_dt_convert(id_of<From>(), id_of<To>(), buffer.data(), buffer.data(),
-                            static_cast<int>(values.size()), nullptr, nullptr),
+void expect_in_place(int source_id, int destination_id, std::size_t count) {
+  const Bytes values = values_of(source_id, count);
+  Bytes buffer = values;
+  ASSERT_EQ(vrel_dt_convert(source_id, destination_id, buffer.data(), buffer.data(),
+                            static_cast<int>(count), nullptr, nullptr),
             0);
-  std::vector<To> found(values.size());
-  std::memcpy(found.data(), buffer.data(), found.size() * sizeof(To));
-  const std::vector<To> expected = references<To>(values);
-  for (std::size_t i = 0; i < expected.size(); ++i)
-    ASSERT_PRED2(is_same_value<To>, found[i], expected[i]) << "element " << i << ", seed " << seed;
+  buffer.resize(count * size_of(destination_id));
+  EXPECT_TRUE(buffer == references(source_id, destination_id, values))
+      << pair_name(source_id, destination_id) << ", seed " << seed;
 }
 
 TEST(ConvertTest, ElementsThatDoNotGrowConvertInPlace) {
-  for (const std::size_t count : {1003u, 6u << 20}) {
-    expect_in_place<double, float>(count);
-    expect_in_place<double, unsigned char>(count);
-    expect_in_place<int, float>(count);
-    expect_in_place<float, float>(count);
+  for (const std::size_t count : {1003u, 5u << 20}) {
+    expect_in_place(128, 64, count);
+    expect_in_place(128, 1, count);
+    expect_in_place(32, 64, count);
+    expect_in_place(64, 64, count);
   }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cmath>
-#include <complex>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <tuple>
@@ -17,20 +17,13 @@ using RealTypes = std::tuple<unsigned char, char, unsigned short, short, unsigne
 constexpr int real_ids[] = {1, 2, 4, 8, 16, 32, 64, 128, 4096, 8192};
 constexpr int complex_flag = 0x40000000;
 
-// The id of T, by its place in the list.
-template <class T, std::size_t Row = 0>
-constexpr int id_of() {
-  if constexpr (std::is_same_v<T, std::tuple_element_t<Row, RealTypes>>) {
-    return real_ids[Row];
-  } else {
-    return id_of<T, Row + 1>();
+// Calls visit(T()) for the type T of a real id.
+template <std::size_t Row = 0, class Visit>
+void visit_real_type(int id, Visit visit) {
+  if constexpr (Row < std::size(real_ids)) {
+    if (real_ids[Row] != id) return visit_real_type<Row + 1>(id, visit);
+    visit(std::tuple_element_t<Row, RealTypes>());
   }
-}
-
-// Calls visit(T()) for every real type.
-template <class Visit>
-void for_each_real_type(Visit visit) {
-  std::apply([&](auto... value) { (visit(value), ...); }, RealTypes());
 }
 
 template <class T>
@@ -91,16 +84,6 @@ std::vector<T> values_of_interest(std::size_t count, unsigned seed) {
   std::mt19937_64 random(seed);
   while (values.size() < count) values.push_back(random_value<T>(random));
   return values;
-}
-
-template <class T>
-std::vector<T> interleave(const std::vector<T>& real, const std::vector<T>& imaginary) {
-  std::vector<T> elements;
-  for (std::size_t i = 0; i < real.size(); ++i) {
-    elements.push_back(real[i]);
-    elements.push_back(imaginary[i]);
-  }
-  return elements;
 }
 
 }  // namespace Vrel::testing
