@@ -9,14 +9,11 @@ namespace Vrel::detail {
 
 #ifdef __x86_64__
 
-bool supports_avx512() {
-  return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-         __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
-}
-
 const convert_kernels& supported_kernels() {
   __builtin_cpu_init();
-  if (supports_avx512()) return avx512_kernels;
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+      __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl"))
+    return avx512_kernels;
   return __builtin_cpu_supports("avx2") ? avx2_kernels : baseline_kernels;
 }
 

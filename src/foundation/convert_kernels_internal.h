@@ -15,8 +15,8 @@ struct convert_buffers {
   unsigned char* destination_imaginary;
 };
 
-// Converts `count` elements, the first of each buffer first. Where buffers overlap, the outcome is
-// that of one element after the other, and of a move where the types are the same.
+// Converts `count` elements, the first of each buffer first: a destination may begin where its
+// source begins, or before, if its elements are not larger.
 using convert_kernel = void (*)(convert_buffers buffers, std::size_t count);
 
 struct convert_loop {

@@ -22,21 +22,6 @@ std::uintptr_t address(const unsigned char* pointer) {
   return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-bool overlap(const unsigned char* first, std::size_t first_size, const unsigned char* second,
-             std::size_t second_size) {
-  return first && second && address(first) < address(second) + second_size &&
-         address(second) < address(first) + first_size;
-}
-
-bool any_overlap(const conversion& conversion, const convert_buffers& buffers, std::size_t count) {
-  const std::size_t read = count * conversion.source_size;
-  const std::size_t written = count * conversion.destination_size;
-  return overlap(buffers.source, read, buffers.destination, written) ||
-         overlap(buffers.source_imaginary, read, buffers.destination, written) ||
-         overlap(buffers.source, read, buffers.destination_imaginary, written) ||
-         overlap(buffers.destination, written, buffers.destination_imaginary, written);
-}
-
 std::size_t bytes_to_line(const unsigned char* destination) {
   return (line_size - address(destination) % line_size) % line_size;
 }
@@ -89,8 +74,7 @@ std::size_t stream_blocks(const conversion& conversion, convert_buffers buffers,
 // The destination begins with a line, which also spares the loop stores across two lines.
 void run_aligned(const conversion& conversion, convert_buffers buffers, std::size_t count) {
   std::size_t done = 0;
-  if (has_streaming_stores && count * conversion.destination_size >= streaming_size &&
-      !any_overlap(conversion, buffers, count))
+  if (has_streaming_stores && count * conversion.destination_size >= streaming_size)
     done = stream_blocks(conversion, buffers, count);
   advance(buffers, conversion, done);
   conversion.loop.kernel(buffers, count - done);
