@@ -43,6 +43,7 @@ inline void finish_streaming() {}
 // A hint; the addresses need not exist.
 inline void prefetch(std::uintptr_t address, std::size_t size) {
   for (std::size_t i = 0; i < size; i += line_size)
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): nothing is accessed
     __builtin_prefetch(reinterpret_cast<const void*>(address + i));
 }
 
