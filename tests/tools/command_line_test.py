@@ -103,6 +103,9 @@ class CommandLineTest(unittest.TestCase):
                 self.assertTrue(result.stderr.startswith(b"vrel: "))
         self.assertEqual(self.names(), [])
 
+    def test_a_word_that_is_no_command_is_named(self):
+        self.assertIn(b"'unknown' is no command", run("unknown", self.good).stderr)
+
     # info
 
     def test_info_describes_a_file_for_people(self):

@@ -2,6 +2,8 @@
 #include <vrelio/version.h>
 
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "commands.h"
 #include "lib/error_report.h"
@@ -17,8 +19,15 @@ namespace {
 constexpr const char* version_text = "vrel " VRELIO_TEXT(VRELIO_VERSION_MAJOR) "." VRELIO_TEXT(
     VRELIO_VERSION_MINOR) "." VRELIO_TEXT(VRELIO_VERSION_PATCH);
 
-std::string usage_failure(const CLI::App*, const CLI::Error& error) {
-  return std::string("vrel: ") + error.what() + "\nRun 'vrel --help' for the usage.\n";
+// The parser misses a command before it says that a word is none.
+std::string fault_in_words(const CLI::App& app, const CLI::Error& error) {
+  const std::vector<std::string> words = app.remaining();
+  if (!app.get_subcommands().empty() || words.empty()) return error.what();
+  return "'" + words.front() + "' is no command";
+}
+
+std::string usage_failure(const CLI::App* app, const CLI::Error& error) {
+  return "vrel: " + fault_in_words(*app, error) + "\nRun 'vrel --help' for the usage.\n";
 }
 
 // Help and version come as errors too, of which only the real ones have a code.
