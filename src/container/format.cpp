@@ -12,8 +12,8 @@ constexpr unsigned char file_magic[] = {'V', 'R', 'E', 'L', '_', 'B', 'F', '\n',
 constexpr unsigned char stack_magic[] = {'V', 'R', 'E', 'L', '_', 'B',  'F',  '_',
                                          'S', 'T', 'A', 'C', 'K', '\n', 0xFF, 0xFF};
 
-// A record is described once, as the visit of its fields in order, and goes both ways: `Encoder`
-// puts the fields that it meets, `Decoder` gets them.
+// A record is described once, as the visit of its fields in order, and goes both ways: an encoder puts
+// the numbers that it meets, a decoder gets them.
 class Encoder {
  public:
   explicit Encoder(unsigned char* bytes) : next_(bytes) {}
@@ -23,25 +23,8 @@ class Encoder {
   void operator()(u64 value) { put_u64(advance(8), value); }
   void operator()(double value) { put_f64(advance(8), value); }
 
-  template <class T, std::size_t size>
-  void operator()(const std::array<T, size>& values) {
-    for (const T& value : values) (*this)(value);
-  }
-  void operator()(const ExponentRecord& exponent) {
-    (*this)(exponent.numerator);
-    (*this)(exponent.denominator);
-  }
-  void operator()(const UnitRecord& unit) {
-    (*this)(unit.exponents);
-    (*this)(unit.factor);
-  }
-
  private:
-  unsigned char* advance(int size) {
-    unsigned char* const field = next_;
-    next_ += size;
-    return field;
-  }
+  unsigned char* advance(int size) { return (next_ += size) - size; }
 
   unsigned char* next_;
 };
@@ -55,28 +38,25 @@ class Decoder {
   void operator()(u64& value) { value = get_u64(advance(8)); }
   void operator()(double& value) { value = get_f64(advance(8)); }
 
-  template <class T, std::size_t size>
-  void operator()(std::array<T, size>& values) {
-    for (T& value : values) (*this)(value);
-  }
-  void operator()(ExponentRecord& exponent) {
-    (*this)(exponent.numerator);
-    (*this)(exponent.denominator);
-  }
-  void operator()(UnitRecord& unit) {
-    (*this)(unit.exponents);
-    (*this)(unit.factor);
-  }
-
  private:
-  const unsigned char* advance(int size) {
-    const unsigned char* const field = next_;
-    next_ += size;
-    return field;
-  }
+  const unsigned char* advance(int size) { return (next_ += size) - size; }
 
   const unsigned char* next_;
 };
+
+template <class Numbers, class Visitor>
+void visit_each(Numbers& numbers, Visitor& field) {
+  for (auto& number : numbers) field(number);
+}
+
+template <class Unit, class Visitor>
+void visit_unit(Unit& unit, Visitor& field) {
+  for (auto& exponent : unit.exponents) {
+    field(exponent.numerator);
+    field(exponent.denominator);
+  }
+  field(unit.factor);
+}
 
 template <class Header, class Visitor>
 void visit_file_header(Header& header, Visitor& field) {
@@ -89,9 +69,9 @@ template <class Header, class Visitor>
 void visit_stack_header(Header& header, Visitor& field) {
   field(header.format_version);
   field(header.rank);
-  field(header.sizes);
-  field(header.lengths);
-  field(header.offsets);
+  visit_each(header.sizes, field);
+  visit_each(header.lengths, field);
+  visit_each(header.offsets, field);
   field(header.data_type);
   field(header.compression_type);
   field(header.compression_level);
@@ -106,11 +86,11 @@ void visit_stack_header(Header& header, Visitor& field) {
 template <class Footer, class Visitor>
 void visit_stack_footer(Footer& footer, Visitor& field) {
   field(footer.footer_size);
-  field(footer.has_column_positions);
-  field(footer.has_column_labels);
+  visit_each(footer.has_column_positions, field);
+  visit_each(footer.has_column_labels, field);
   field(footer.metadata_length);
-  field(footer.data_unit);
-  field(footer.units);
+  visit_unit(footer.data_unit, field);
+  for (auto& unit : footer.units) visit_unit(unit, field);
   field(footer.flush_point_count);
   field(footer.flush_block_size);
   field(footer.tag_block_size);

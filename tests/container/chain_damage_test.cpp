@@ -9,6 +9,7 @@
 #include "support/expect_error.h"
 #include "support/golden.h"
 #include "support/memory_file.h"
+#include "support/read_record.h"
 
 namespace {
 
@@ -17,13 +18,7 @@ using Vrel::FileRecord;
 using Vrel::testing::golden;
 using Vrel::testing::golden_names;
 using Vrel::testing::MemoryFile;
-
-FileRecord read(const std::string& bytes) {
-  MemoryFile file(bytes);
-  FileRecord record;
-  read_chain(file, record);
-  return record;
-}
+using Vrel::testing::read_record;
 
 std::string little_endian(unsigned long long value, std::size_t size) {
   std::string bytes;
@@ -54,7 +49,7 @@ class ChainDefectTest : public testing::TestWithParam<Defect> {};
 TEST_P(ChainDefectTest, RaisesItsMessage) {
   const Defect& defect = GetParam();
   const std::string bytes = patched(golden("raw"), defect.position, defect.value, defect.size);
-  EXPECT_VREL_ERROR(read(bytes), defect.message, defect.id);
+  EXPECT_VREL_ERROR(read_record(bytes), defect.message, defect.id);
 }
 
 constexpr const char* bad_position = "Invalid stack position specified in header!";
@@ -122,22 +117,23 @@ TEST(ChainDamageTest, ARequiredVersionOfSixNamesBothNumbersAndKeepsTheStackInFro
 }
 
 TEST(ChainDamageTest, AnEmptyFileNamesTheHeader) {
-  EXPECT_VREL_ERROR(read(""), "Failed reading 26 bytes from file!", -3);
+  EXPECT_VREL_ERROR(read_record(""), "Failed reading 26 bytes from file!", -3);
 }
 
 TEST(ChainDamageTest, AZeroInFrontHidesSizesThatWouldOverflow) {
   std::string bytes = patched(golden("stack_version_0"), stack + 20, 3, 4);
   bytes = patched(patched(bytes, stack + 24, 0, 4), stack + 28, ~0ull, 8);
-  EXPECT_EQ(read(bytes).stacks[0].number_of_samples, 0u);
+  EXPECT_EQ(read_record(bytes).stacks[0].number_of_samples, 0u);
   bytes = patched(patched(bytes, stack + 24, ~0ull, 8), stack + 32, 0, 4);
-  EXPECT_VREL_ERROR(read(bytes), "The product exceeds the maximum size.", -1);
+  EXPECT_VREL_ERROR(read_record(bytes), "The product exceeds the maximum size.", -1);
 }
 
 TEST(ChainDamageTest, TheLargestProductIsAccepted) {
   const std::string bytes = golden("stack_version_0");
-  EXPECT_EQ(read(patched(bytes, stack + 24, 0x00000001FFFFFFFF, 8)).stacks[0].number_of_samples,
-            0xFFFFFFFFu);
-  EXPECT_VREL_ERROR(read(patched(bytes, stack + 24, 0x0000000280000000, 8)),
+  EXPECT_EQ(
+      read_record(patched(bytes, stack + 24, 0x00000001FFFFFFFF, 8)).stacks[0].number_of_samples,
+      0xFFFFFFFFu);
+  EXPECT_VREL_ERROR(read_record(patched(bytes, stack + 24, 0x0000000280000000, 8)),
                     "The product exceeds the maximum size.", -1);
 }
 
@@ -145,7 +141,7 @@ TEST(ChainDamageTest, AColumnCountThatTheFileCannotHoldTakesNoMemory) {
   // Size 0 of the first axis lets the second be anything.
   std::string bytes = patched(golden("raw"), stack + 24, 0x4000000000000000, 8);
   bytes = patched(bytes, footer + 4, 0x0000000100000000, 8);
-  EXPECT_VREL_ERROR(read(bytes), "Failed reading 0 bytes from file!", -3);
+  EXPECT_VREL_ERROR(read_record(bytes), "Failed reading 0 bytes from file!", -3);
 }
 
 // Stack headers that all point at one large text would take the square of the file's size.
@@ -175,7 +171,7 @@ TEST(ChainDamageTest, NoByteIsReadTwice) {
 // Raises nothing but a VrelError, whatever the bytes.
 void read_or_refuse(const std::string& bytes) {
   try {
-    read(bytes);
+    read_record(bytes);
   } catch (const VrelError& error) {
     EXPECT_STRNE(error.get_msg(), "");
   }

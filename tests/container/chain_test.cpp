@@ -10,6 +10,7 @@
 
 #include "support/golden.h"
 #include "support/memory_file.h"
+#include "support/read_record.h"
 
 namespace {
 
@@ -22,15 +23,9 @@ using Vrel::FileRecord;
 using Vrel::StackRecord;
 using Vrel::testing::golden;
 using Vrel::testing::MemoryFile;
+using Vrel::testing::read_record;
 
-FileRecord read(const std::string& bytes) {
-  MemoryFile file(bytes);
-  FileRecord record;
-  read_chain(file, record);
-  return record;
-}
-
-FileRecord read_golden(const std::string& name) { return read(golden(name)); }
+FileRecord read_golden(const std::string& name) { return read_record(golden(name)); }
 
 bool is_neutral(const Vrel::UnitRecord& unit) {
   for (const auto& exponent : unit.exponents) {
@@ -55,7 +50,7 @@ void expect_full_sections(const StackRecord& stack) {
 TEST(ChainTest, AFileWithoutStacksHasItsDictionary) {
   const std::string bytes = golden("no_stack");
   EXPECT_EQ(bytes.size(), 26 + 6 + 8 + (4 + 7) + (4 + 6) + 4u);
-  const FileRecord file = read(bytes);
+  const FileRecord file = read_record(bytes);
   EXPECT_EQ(file.header.format_version, 2u);
   EXPECT_EQ(file.header.first_stack, 0u);
   EXPECT_EQ(file.description, "golden");
@@ -129,9 +124,9 @@ TEST(ChainTest, AZippedStackBringsItsFlushTable) {
 
 TEST(ChainTest, WithoutFlushPointsThereIsNoBlockSizeWhateverTheFooterSays) {
   std::string bytes = golden("raw");
-  const std::size_t field = read(bytes).stacks[0].data_position + 48 + 1416;
+  const std::size_t field = read_record(bytes).stacks[0].data_position + 48 + 1416;
   bytes[field] = 100;
-  const StackRecord stack = read(bytes).stacks[0];
+  const StackRecord stack = read_record(bytes).stacks[0];
   EXPECT_EQ(stack.footer.flush_block_size, 100u);
   EXPECT_EQ(stack.flush_block_size, 0u);
 }
@@ -226,7 +221,7 @@ TEST(ChainTest, ARequiredVersionUpToOurOwnPasses) {
 TEST(ChainTest, AFirstPositionOfZeroEndsTheChainWhateverFollows) {
   std::string bytes = golden("raw");
   bytes.replace(14, 8, 8, '\0');
-  EXPECT_THAT(read(bytes).stacks, IsEmpty());
+  EXPECT_THAT(read_record(bytes).stacks, IsEmpty());
 }
 
 TEST(ChainTest, TheFileStandsBehindItsHeaderAfterwards) {
@@ -266,7 +261,7 @@ class ChainDictionaryTest : public testing::Test {
   }
 
   static void expect_stacks_without_dictionary(const std::string& bytes) {
-    const FileRecord file = read(bytes);
+    const FileRecord file = read_record(bytes);
     EXPECT_FALSE(file.has_dictionary);
     EXPECT_THAT(file.dictionary, IsEmpty());
     EXPECT_EQ(file.dictionary_end, 0u);
@@ -283,7 +278,7 @@ TEST_F(ChainDictionaryTest, APositionOutsideTheFileOrItsContentCountsAsNone) {
 
 TEST_F(ChainDictionaryTest, APositionAmongTheStacksDoesNotKeepThemFromBeingRead) {
   for (u64 position = 40; position < 3000; position += 7) {
-    EXPECT_THAT(read(with_position(position)).stacks, SizeIs(2)) << position;
+    EXPECT_THAT(read_record(with_position(position)).stacks, SizeIs(2)) << position;
   }
 }
 
