@@ -12,8 +12,8 @@ constexpr unsigned char file_magic[] = {'V', 'R', 'E', 'L', '_', 'B', 'F', '\n',
 constexpr unsigned char stack_magic[] = {'V', 'R', 'E', 'L', '_', 'B',  'F',  '_',
                                          'S', 'T', 'A', 'C', 'K', '\n', 0xFF, 0xFF};
 
-// A record is described once, as the visit of its fields in order, and goes both ways: an encoder puts
-// the numbers that it meets, a decoder gets them.
+// A record is described once, as the visit of its fields in order, and goes both ways: an encoder
+// puts the numbers that it meets, a decoder gets them.
 class Encoder {
  public:
   explicit Encoder(unsigned char* bytes) : next_(bytes) {}

@@ -106,8 +106,9 @@ void add_export_command(CLI::App& app, Command& chosen) {
   CLI::App* const verb = app.add_subcommand("export", "Write the samples of a stack to a file");
   verb->add_option("FILE", options->file, "VBF file")->required();
   add_number(*verb, "--stack", options->stack, "Which stack, from 0")->required();
-  verb->add_option("--output", options->output,
-                   "File that ends in .npy or .raw; - for standard output, raw")
+  verb->add_option(
+          "--output", options->output,
+          "File that ends in .npy (slowest axis first) or .raw; - for standard output, raw")
       ->required()
       ->check(check_output_name);
   add_number(*verb, "--offset", options->offset, "First sample, from 0");
