@@ -106,6 +106,20 @@ class CommandLineTest(unittest.TestCase):
     def test_a_word_that_is_no_command_is_named(self):
         self.assertIn(b"'unknown' is no command", run("unknown", self.good).stderr)
 
+    @unittest.skipIf(os.environ.get("VRELIO_SANITIZE"), "a sanitizer needs the memory for itself")
+    def test_memory_is_taken_up_to_a_limit(self):
+        tag = self.write("tag.vbf", vbf_bytes.file([
+            dict(samples=b"abc", sizes=(3,), data_type=1, tags={b"long": b"x" * (8 << 20)})]))
+        self.assertEqual(run("info", tag).returncode, 0)
+        out_of_memory = f"vrel: {tag}: Out of memory! --max-memory sets the limit.\n"
+        self.expect(run("info", tag, "--max-memory", "4MiB"), 3, out_of_memory)
+        self.expect(run("--max-memory", "4 MiB", "info", "--json", tag), 3, out_of_memory)
+        self.expect(run("export", self.large(), "--stack", "0", "--output", self.path("out.raw"), "--max-memory", "3MiB"),
+                    3, f"vrel: {self.path('large.vbf')}: Out of memory! --max-memory sets the limit.\n")
+        self.assertEqual(self.names(), ["large.vbf", "tag.vbf"])
+        for size in ("", "x", "-1", "1.5", "4 bananas"):
+            self.assertEqual(run("info", tag, "--max-memory", size).returncode, 2, size)
+
     # info
 
     def test_info_describes_a_file_for_people(self):

@@ -44,7 +44,8 @@ TEST(ErrorReportTest, AnErrorOfTheOutputNamesTheOutput) {
 }
 
 TEST(ErrorReportTest, OtherExceptionsAreToldToo) {
-  expect_failure(failure_of(std::bad_alloc()), exit_damaged, "input", "std::bad_alloc");
+  expect_failure(failure_of(std::bad_alloc()), exit_system, "input",
+                 "Out of memory! --max-memory sets the limit.");
   expect_failure(failure_of(7), exit_damaged, "input", "Unknown error!");
 }
 

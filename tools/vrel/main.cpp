@@ -1,6 +1,7 @@
 // vrel: what VBF files hold, on the command line.
 #include <vrelio/version.h>
 
+#include <cstdint>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "commands.h"
 #include "lib/error_report.h"
 #include "lib/interruption.h"
+#include "lib/memory_limit.h"
 #include "lib/standard_output.h"
 
 using namespace Vrel::tool;
@@ -38,6 +40,21 @@ ExitCode answer_parse_error(const CLI::App& app, const CLI::ParseError& error) {
   return code == 0 ? exit_done : exit_usage;
 }
 
+// The parser of sizes would take a negative number round to a huge one.
+std::string refuse_sign(const std::string& text) {
+  return text.find('-') == std::string::npos ? "" : "'" + text + "' is no size";
+}
+
+// May stand before or behind the verb.
+void add_max_memory(CLI::App& app, std::uint64_t& bytes) {
+  app.add_option("--max-memory", bytes,
+                 "Most memory to take, for instance 512MiB; 1 GiB if not given")
+      ->check(refuse_sign)
+      ->transform(CLI::AsSizeValue(false))
+      ->type_name("SIZE");
+  for (CLI::App* const verb : app.get_subcommands({})) verb->fallthrough();
+}
+
 ExitCode run(int argc, char** argv) {
   CLI::App app("Describe VBF files and export their samples", "vrel");
   Command chosen;
@@ -47,11 +64,14 @@ ExitCode run(int argc, char** argv) {
   app.failure_message(usage_failure);
   add_info_command(app, chosen);
   add_export_command(app, chosen);
+  std::uint64_t max_memory = default_max_memory;
+  add_max_memory(app, max_memory);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return answer_parse_error(app, error);
   }
+  limit_memory(max_memory);
   return chosen();
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 
 namespace Vrel::tool {
 
@@ -30,6 +31,8 @@ Failure current_failure(const std::string& file) {
     return {exit_code_of(error), error.get_output(), error.what()};
   } catch (const VrelError& error) {
     return {exit_code_of(error), file, error.what()};
+  } catch (const std::bad_alloc&) {
+    return {exit_system, file, "Out of memory! --max-memory sets the limit."};
   } catch (const std::exception& error) {
     return {exit_damaged, file, error.what()};
   } catch (...) {
