@@ -276,6 +276,14 @@ TEST_F(ChainDictionaryTest, APositionOutsideTheFileOrItsContentCountsAsNone) {
   }
 }
 
+TEST_F(ChainDictionaryTest, OneInsideTheHeaderIsNone) {
+  std::string bytes = golden("no_stack");
+  // Four zero bytes of the description would pass for an empty dictionary.
+  bytes.replace(26, 6, 6, '\0');
+  bytes[32] = 26;
+  EXPECT_FALSE(read_record(bytes).has_dictionary);
+}
+
 TEST_F(ChainDictionaryTest, APositionAmongTheStacksDoesNotKeepThemFromBeingRead) {
   for (u64 position = 40; position < 3000; position += 7) {
     EXPECT_THAT(read_record(with_position(position)).stacks, SizeIs(2)) << position;

@@ -149,8 +149,11 @@ TEST(SampleReaderTest, AFlushTableOfARawStackIsOfNoUse) {
   open.stack().flush_positions = {1, 2, 3};
   open.stack().flush_block_size = 16;
   SampleReader reader(open.file(), open.stack());
+  const ScopedSystemFault never({SystemCall::read, -1, EIO});
   EXPECT_EQ(read(reader, 9, 15), golden_samples().substr(18));
-  EXPECT_EQ(read(reader, 1, 3), golden_samples().substr(2, 6));
+  EXPECT_EQ(read(reader, 0, 1), golden_samples().substr(0, 2));
+  EXPECT_EQ(read(reader, 4, 3), golden_samples().substr(8, 6));
+  EXPECT_EQ(never.calls(), 3) << "what lies between two reads is not read";
 }
 
 TEST(SampleReaderTest, AFlushPointOutsideTheDataAreaRaisesWhenItIsUsed) {
