@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "container/format_internal.h"
 #include "foundation/raise_internal.h"
@@ -68,11 +69,13 @@ std::string ChainSource::read_text(std::uint32_t length) {
   return text;
 }
 
+// Until the read has succeeded there is no window, so that one that fails cannot pass for bytes.
 void ChainSource::fill_window() {
-  window_.clear();
+  std::vector<unsigned char> bytes = std::exchange(window_, {});
   checked_seek(file_, position_);
-  window_.resize(std::min(window_size, end_ - position_));
-  file_.read(window_.data(), static_cast<unsigned>(window_.size()));
+  bytes.resize(std::min(window_size, end_ - position_));
+  file_.read(bytes.data(), static_cast<unsigned>(bytes.size()));
+  window_ = std::move(bytes);
   window_begin_ = position_;
 }
 

@@ -87,6 +87,26 @@ TEST(ChainSourceTest, ALengthOfAllOnesIsImpossible) {
   EXPECT_VREL_ERROR(source.read_text(0xFFFFFFFFu), "Failed reading -1 bytes from file!", -3);
 }
 
+// Has lost its second half since its size was asked for.
+class ShrunkFile : public MemoryFile {
+ public:
+  using MemoryFile::MemoryFile;
+  u64 seek(u64 position) override {
+    return MemoryFile::seek(position == ~u64{0} ? 2 * bytes().size() : position);
+  }
+};
+
+TEST(ChainSourceTest, AReadThatFailsLeavesNothingToBeTakenForBytesOfTheFile) {
+  const std::string bytes = counted_bytes(20000);
+  ShrunkFile file(bytes);
+  ChainSource source(file);
+  EXPECT_EQ(take(source, 100), bytes.substr(0, 100));
+  source.seek(30000);
+  EXPECT_VREL_ERROR(take(source, 10), "Failed reading 10000 bytes from file!", -3);
+  source.seek(50);
+  EXPECT_EQ(take(source, 100), bytes.substr(50, 100));
+}
+
 TEST(ChainSourceTest, APositionThatIsRefusedRaises) {
   MemoryFile file("0123456789");
   ChainSource source(file);
