@@ -15,4 +15,6 @@
 #include <vrelio/foundation/format_string.h>
 #include <vrelio/foundation/propstring.h>
 #include <vrelio/ome/types.h>
+#include <vrelio/si/fraction.h>
+#include <vrelio/si/value.h>
 #include <vrelio/version.h>
