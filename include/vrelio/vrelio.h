@@ -14,6 +14,10 @@
 #include <vrelio/foundation/error.h>
 #include <vrelio/foundation/format_string.h>
 #include <vrelio/foundation/propstring.h>
+#include <vrelio/json/reader.h>
+#include <vrelio/json/value.h>
+#include <vrelio/json/write_xml.h>
+#include <vrelio/json/xml_reader.h>
 #include <vrelio/ome/types.h>
 #include <vrelio/si/fraction.h>
 #include <vrelio/si/value.h>

@@ -1,0 +1,44 @@
+// Text on its way to a stream, gathered so that the stream is called once for many pieces.
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace Json::detail {
+
+/// Gathers text for a stream. What was not handed over by `finish` is lost.
+class TextOutput {
+ public:
+  explicit TextOutput(std::ostream& out) : out_(out) {}
+
+  void put(char c) {
+    text_.push_back(c);
+    if (text_.size() >= capacity) hand_over();
+  }
+  void put(std::string_view text) {
+    text_.append(text);
+    if (text_.size() >= capacity) hand_over();
+  }
+  /// "true" or "false".
+  void put_boolean(bool boolean) { put(boolean ? std::string_view("true") : "false"); }
+  /// Plain decimal digits.
+  void put_integer(int integer);
+  /// One decimal place where there is no fraction, else up to 10 significant digits, with an exponent
+  /// where that is shorter. What is not finite becomes "inf", "-inf", "nan" or "-nan".
+  void put_decimal(double decimal);
+
+  /// Give the stream what is left.
+  void finish() { hand_over(); }
+
+ private:
+  static constexpr std::size_t capacity = 32768;
+
+  void hand_over();
+
+  std::ostream& out_;
+  std::string text_;
+};
+
+}  // namespace Json::detail
