@@ -123,7 +123,7 @@ class Value::Demolition {
   // Takes over what a container holds.
   void take(Value& value) noexcept {
     if (Array* const array = std::get_if<Array>(&value.content_)) {
-      items_.splice(items_.begin(), *array);
+      items_.splice(items_.end(), *array);
     } else if (MapPointer* const map = std::get_if<MapPointer>(&value.content_)) {
       (*map)->next = std::move(maps_);
       maps_ = std::move(*map);
