@@ -3,52 +3,18 @@
 #include <boost/locale/encoding.hpp>
 
 #include "foundation/system_internal.h"
+#include "foundation/unicode_internal.h"
 
 namespace Vrel::detail {
-
-namespace {
-
-void append_utf8(std::string& out, char32_t code) {
-  const auto byte = [&out](char32_t bits) {
-    out += static_cast<char>(static_cast<unsigned char>(bits));
-  };
-  const auto continuation = [&](int shift) { byte(0x80 | ((code >> shift) & 0x3F)); };
-  if (code < 0x80) {
-    byte(code);
-  } else if (code < 0x800) {
-    byte(0xC0 | (code >> 6));
-    continuation(0);
-  } else if (code < 0x10000) {
-    byte(0xE0 | (code >> 12));
-    continuation(6);
-    continuation(0);
-  } else {
-    byte(0xF0 | (code >> 18));
-    continuation(12);
-    continuation(6);
-    continuation(0);
-  }
-}
-
-bool is_high_surrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool is_low_surrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-}  // namespace
 
 std::optional<std::string> to_utf8(const std::wstring& text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    auto code = static_cast<char32_t>(text[i]);
-    if (is_high_surrogate(code)) {
-      if (i + 1 == text.size()) return std::nullopt;
-      const auto low = static_cast<char32_t>(text[++i]);
-      if (!is_low_surrogate(low)) return std::nullopt;
-      code = (((code & 0x3FF) << 10) | (low & 0x3FF)) + 0x10000;
-    } else if (is_low_surrogate(code) || code > 0x10FFFF) {
-      return std::nullopt;
-    }
-    append_utf8(out, code);
+  std::wstring_view rest = text;
+  while (!rest.empty()) {
+    const std::optional<char32_t> code = take_code_point(rest);
+    if (!code) return std::nullopt;
+    append_utf8(out, *code);
   }
   return out;
 }
