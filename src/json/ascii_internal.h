@@ -3,6 +3,8 @@
 
 namespace Json::detail {
 
+constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
 constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 /// Blank, tab, line feed, vertical tab, form feed and carriage return.

@@ -155,8 +155,9 @@ Value::Value(Object map) : content_(std::make_unique<MapNode>()) { get<Object>()
 
 Value::Value(const Value& other) { copy_tree(other, *this); }
 
-Value::Value(Value&& other) noexcept
-    : content_(std::exchange(other.content_, Content(std::monostate()))) {}
+Value::Value(Value&& other) noexcept : content_(std::move(other.content_)) {
+  other.content_ = std::monostate();
+}
 
 Value::~Value() {
   if (kind() >= kind_array) Demolition demolition(*this);
@@ -168,9 +169,11 @@ Value& Value::operator=(const Value& other) {
 }
 
 Value& Value::operator=(Value&& other) noexcept {
-  // What is replaced may hold `other`, so it goes last.
-  Value replaced(std::move(*this));
-  content_ = std::exchange(other.content_, Content(std::monostate()));
+  // A container that is replaced may hold `other`, so it goes last.
+  Value replaced;
+  if (kind() >= kind_array) replaced.content_ = std::move(content_);
+  content_ = std::move(other.content_);
+  other.content_ = std::monostate();
   return *this;
 }
 

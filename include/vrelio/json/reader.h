@@ -53,6 +53,54 @@ class VRELIO_EXPORT Reader {
   /// Empty the map between two objects. The state of reading stays as it is, so inside an object this
   /// must not be called.
   void clear();
+
+ private:
+  // What comes after a step: the next character, one more look at this one, or the end of the object.
+  enum class Step { next, again, done };
+  struct Literal;
+  static const Literal literals[];
+
+  Step step(const char*& begin, const char* end);
+  static Step skip_whitespace(const char*& begin, const char* end);
+  Step step_string(const char*& begin, const char* end);
+  Step step_escape(char c);
+  Step step_number(const char*& begin, const char* end);
+  Step step_literal(char c);
+  Step step_key(char c);
+  Step step_colon(char c);
+  Step step_value(char c);
+  Step step_container(char c);
+  Step step_array(char c);
+  Step step_object(char c);
+  Step step_outside(char c);
+
+  void end_string();
+  Step begin_string();
+  Step begin_number();
+  Step begin_map();
+  Step begin_array();
+  bool is_at_first_item() const;
+  Step end_empty_array();
+  Step begin_literal(char c);
+  bool is_in_literal() const { return (true_state_ | false_state_ | null_state_) != 0; }
+  Step close_container();
+  void restore_container();
+
+  mutable Value object_;      // the result; a map once reading has begun
+  std::deque<Value*> stack_;  // the open containers, outermost first
+  std::string key_;
+  std::string number_;  // its characters so far
+  std::string* current_string_ = nullptr;  // takes characters; null outside of strings
+  Value* current_value_ = nullptr;         // takes the next value; null if none is expected
+  Array* current_array_ = nullptr;         // the innermost container if it is an array
+  Object* current_object_ = nullptr;       // the innermost container if it is a map
+  bool in_number_ = false;
+  bool escape_ = false;  // behind a backslash in a string
+  int true_state_ = 0;   // how many letters of the word were read, 0 outside of it
+  int false_state_ = 0;
+  int null_state_ = 0;
+  bool expect_key_ = false;    // in an object, before a name or the end
+  bool expect_colon_ = false;  // behind a name
 };
 
 }  // namespace Json

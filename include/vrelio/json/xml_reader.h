@@ -60,6 +60,60 @@ class VRELIO_EXPORT XmlReader {
 
   /// Forget the attributes of `<?xml ...?>`. The state of reading stays as it is.
   void clear();
+
+ private:
+  // Reads one character; true at the end of the root element.
+  bool read(char c);
+  // Takes as much as goes without a step for each character; gives the place behind it.
+  const char* take_run(const char* begin, const char* end);
+
+  void read_between_tags(char c);
+  bool read_tag_name(char c);
+  void read_tag_mark(char c);
+  bool read_behind_tag_name(char c);
+  bool read_in_tag(char c);
+  void read_attribute(char c);
+  void finish_tag_name();
+  void finish_attribute_name();
+  bool finish_tag();
+  bool finish_end_tag();
+  void open_element();
+  void close_element();
+  void leave_by_empty_tag();
+  Value& current_element();
+  Value& parent_of_new_element();
+
+  void read_text(char c);
+  void read_reference(char c);
+  void read_string(char c);
+  void read_number(char c);
+  void read_literal(char c, int& state, const char* word);
+  void begin_text(char c);
+  void end_text(char c);
+  void become_string(char c);
+  Value take_token();
+
+  Object processing_attributes_;           // those of <?xml ...?>
+  Value* root_;                            // not owned
+  std::deque<Object::value_type*> stack_;  // the open elements, outermost first
+  Value* slot_ = nullptr;                  // what the text being read will fill
+  std::string token_;                      // the name or text being read
+  std::string reference_;                  // the name between & and ;
+  bool in_tag_ = false;                    // behind <, up to >
+  bool in_attributes_ = false;             // in a tag behind its name
+  bool is_processing_ = false;             // in <? ... ?>
+  bool is_end_tag_ = false;                // in </ ... >, or between / and > behind attributes
+  bool is_closing_ = false;                // behind the / or ? in front of >
+  bool in_attribute_ = false;              // from an attribute's first letter to its closing quote
+  bool expect_equals_ = false;             // behind an attribute's name
+  bool expect_quote_ = false;              // behind =, up to the closing quote
+  bool in_name_ = false;                   // the token is a name
+  char delimiter_ = 0;                     // in a text, what ends it: a quote or <
+  bool in_reference_ = false;              // between & and ;
+  bool is_string_ = false;                 // the text is known to be a string
+  bool is_number_ = false;                 // the text can be a number so far
+  int true_state_ = 0;                     // letters of "true" that the text consists of
+  int false_state_ = 0;                    // letters of "false"
 };
 
 }  // namespace Json
