@@ -370,5 +370,40 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(process.communicate(timeout=TIME_LIMIT)[1], b"")
 
 
+    # json2xml, xml2json
+
+    def test_values_go_from_one_text_into_the_other_and_back(self):
+        text = b'{"a":{"":{"b":[1,2.5,"x\\ny"]},"c":true}}\n'
+        xml = run("json2xml", input=text)
+        self.assertEqual((xml.returncode, xml.stderr), (0, b""))
+        self.assertEqual(xml.stdout, b'<?xml version="1.0" encoding="UTF-8"?>'
+                         b'<a c="true"><b>1</b><b>2.5</b><b>x\ny</b></a>\n')
+        back = run("xml2json", input=xml.stdout)
+        self.assertEqual((back.returncode, back.stdout, back.stderr), (0, text, b""))
+        json.loads(back.stdout)
+
+    def test_a_text_that_is_no_document_is_damaged_input(self):
+        for verb, text, message in (
+                ("json2xml", b"[1]", b"Unexpected '[' character in object value at byte 1"),
+                ("json2xml", b"", b"The input ends inside the document at byte 0"),
+                ("json2xml", b'{"a":{"b":[1]}}', b"No xml attribute"),
+                ("xml2json", b"<a>", b"The input ends inside the document at byte 3"),
+                ("xml2json", b"<a></b>", b"Unexpected b end tag at byte 7")):
+            with self.subTest(verb=verb, text=text):
+                result = run(verb, input=text)
+                self.assertEqual(result.returncode, 4)
+                self.assertEqual(result.stderr, b"vrel: standard input: " + message + b"\n")
+
+    def test_a_filter_takes_documents_of_many_slices(self):
+        text = b'{"a":"' + b"x" * (1 << 22) + b'"}\n'
+        self.assertEqual(run("xml2json", input=run("json2xml", input=text).stdout).stdout, text)
+
+    @unittest.skipIf(os.environ.get("VRELIO_SANITIZE"), "a sanitizer needs the memory for itself")
+    def test_a_filter_keeps_to_the_memory_limit(self):
+        result = run("json2xml", "--max-memory", "64MiB", input=b'{"a":' + b"[" * (1 << 22))
+        self.assertEqual(result.returncode, 3)
+        self.assertEqual(result.stderr, b"vrel: standard input: Out of memory! --max-memory sets the limit.\n")
+
+
 if __name__ == "__main__":
     unittest.main()
