@@ -5,6 +5,7 @@
 
 #include <clocale>
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <locale>
 #include <ostream>
@@ -297,6 +298,24 @@ TEST(ParseTest, NoLocaleChangesWhatIsRead) {
   EXPECT_EQ(number_of("1e-400"), 0.0);
   EXPECT_EQ(number_of("1.5e400"), infinity);
   expect_none({"1,5", "1.234,5"});
+}
+
+// make_expected_units.py writes the file, from the answers of another program.
+TEST(ParseTest, AnotherProgramReadsTheSameValues) {
+  std::ifstream file(VRELIO_SOURCE_DIR "/tests/si/expected_units.txt");
+  int lines = 0;
+  for (std::string text; std::getline(file, text, '\t'); ++lines) {
+    double magnitude = 0.0;
+    file >> magnitude;
+    si::exponent_list exponents;
+    for (fraction& exponent : exponents) file >> exponent.num;
+    file.ignore();
+    const value read(text);
+    EXPECT_TRUE(read.is_valid()) << text;
+    EXPECT_EQ(read.exponents(), exponents) << text;
+    EXPECT_NEAR(read.value_in_baseunits() / magnitude, 1.0, 1e-12) << text;
+  }
+  EXPECT_EQ(lines, 230);
 }
 
 // Compares validity, exponents and magnitude.
