@@ -93,10 +93,19 @@ def first_difference(seen, expected, where=""):
     return next(filter(None, (first_difference(*pair[1:], f"{where}/{pair[0]}") for pair in pairs)), None)
 
 
+def without_unit_texts(description):
+    """The expected descriptions hold units by factor and exponents alone; unit_text_test.cpp has their texts."""
+    for stack in description["stacks"]:
+        for unit in (*stack["units"], stack["data_unit"]):
+            unit.pop("text")
+    return description
+
+
 def check_description(checks, path, expected):
     run = checks.run("info", "--json", path)
     if checks.expect_success(run):
-        checks.expect(first_difference(json.loads(run.output), expected), None, "difference")
+        description = without_unit_texts(json.loads(run.output))
+        checks.expect(first_difference(description, expected), None, "difference")
     checks.expect_success(checks.run("info", path))
 
 

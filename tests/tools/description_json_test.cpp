@@ -62,20 +62,30 @@ TEST(DescriptionJsonTest, AStackHasAllItsFields) {
   stack.stack_end = 2577;
   stack.metadata = "<root/>";
   stack.tags = {{"alpha", "1"}, {"empty", ""}};
-  EXPECT_EQ(stack_json(stack), json::parse(R"({
+  EXPECT_EQ(stack_json(stack), json::parse(R"json({
     "name": "first", "description": "a stack", "format_version": 5, "data_type": "uint16",
     "sizes": [6, 4], "lengths": [6e-06, 2.5], "offsets": [0.0, -1.25], "labels": ["x", "yy"],
     "units": [
       {"factor": 1e-06,
-       "exponents": [[1,2],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1]]},
-      {"factor": 1.0, "exponents": [[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1]]}],
+       "exponents": [[1,2],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1]],
+       "text": "1e-6 m^(1/2)"},
+      {"factor": 1.0, "exponents": [[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1]],
+       "text": "1"}],
     "data_unit": {"factor": 1.0, "exponents":
-      [[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[-2147483648,2147483647]]},
+      [[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[0,1],[-2147483648,2147483647]],
+      "text": "1/sr^(2147483648/2147483647)"},
     "column_positions": {}, "column_labels": {},
     "compression": {"type": 1, "level": -3},
     "flush": {"block_size": 16, "positions": [24, 46]},
     "positions": {"stack": 37, "data": 417, "data_length": 74, "end": 2577, "next": 9999999999},
-    "metadata": "<root/>", "tags": {"alpha": "1", "empty": ""}})"));
+    "metadata": "<root/>", "tags": {"alpha": "1", "empty": ""}})json"));
+}
+
+TEST(DescriptionJsonTest, AUnitIsToldByItsName) {
+  StackRecord stack = plain_stack(1);
+  stack.footer.units[0].factor = 1e-6;
+  stack.footer.units[0].exponents[0] = {1, 1};
+  EXPECT_EQ(stack_json(stack)["units"][0]["text"], "\xC2\xB5m");
 }
 
 TEST(DescriptionJsonTest, ColumnsAreToldForTheDimensionsWhoseFlagIsNotZero) {

