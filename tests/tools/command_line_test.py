@@ -78,11 +78,11 @@ class CommandLineTest(unittest.TestCase):
     def test_help_lists_verbs_and_exit_codes(self):
         result = run("--help")
         self.assertEqual(result.returncode, 0)
-        for text in (b"info", b"export", b"130", b"wrong usage", b"damaged"):
+        for text in (b"info", b"export", b"units", b"130", b"wrong usage", b"damaged"):
             self.assertIn(text, result.stdout)
 
     def test_every_verb_has_its_help(self):
-        for verb, option in (("info", b"--json"), ("export", b"--offset")):
+        for verb, option in (("info", b"--json"), ("export", b"--offset"), ("units", b"--in")):
             result = run(verb, "--help")
             self.assertEqual(result.returncode, 0)
             self.assertIn(option, result.stdout)
@@ -96,7 +96,8 @@ class CommandLineTest(unittest.TestCase):
                           [*export, "--stack", "0", "--count", "-5"],
                           ["export", self.good, "--stack", "0", "--output", self.path("out.tif")],
                           ["export", self.good, "--stack", "0", "--output", ""],
-                          ["export", self.good, "--stack", "0"]):
+                          ["export", self.good, "--stack", "0"],
+                          ["units"], ["units", "1 m", "--in"], ["units", "1 m", "2 m"]):
             with self.subTest(arguments):
                 result = run(*arguments)
                 self.assertEqual((result.returncode, result.stdout), (2, b""))
@@ -298,12 +299,59 @@ class CommandLineTest(unittest.TestCase):
                     f"vrel: {output}: Could not create output file!\n"
                     "    os_error(2): No such file or directory\n")
 
+    # units
+
+    def test_units_tells_a_value_in_the_unit_that_fits(self):
+        for text, shown in (("10 nm", "10 nm"), ("0.01 \u00b5m", "10 nm"), ("3 \u03bcm", "3 \u00b5m"),
+                            ("kg*m/s^2", "1 N"), ("7", "7")):
+            with self.subTest(text):
+                result = run("units", text)
+                self.expect(result, 0)
+                self.assertEqual(result.stdout.decode(), shown + "\n")
+
+    def test_units_tells_a_value_in_a_unit_as_typed(self):
+        result = run("units", "10 nm", "--in", "\u00b5m")
+        self.expect(result, 0)
+        self.assertEqual(result.stdout.decode(), "0.01 \u00b5m\n")
+
+    def test_units_answers_programs(self):
+        exponents = [[1, 1]] + [[0, 1]] * 8
+        for arguments, number, unit in (([], 10, "nm"), (["--in", "um"], 0.01, "um")):
+            result = run("units", "10 nm", "--json", *arguments)
+            self.expect(result, 0)
+            self.assertEqual(json.loads(result.stdout),
+                             {"number": number, "unit": unit, "factor": 1e-8, "exponents": exponents})
+        self.assertIsNone(json.loads(run("units", "1e999", "--json").stdout)["number"])
+
+    def test_units_refuses_a_text_that_names_nothing(self):
+        for text in ("?", "3 am", "3 \u00e4m", "m(", "1eV"):
+            self.expect(run("units", text), 4, f"vrel: {text}: No physical value!\n")
+            self.expect(run("units", "1 m", "--in", text), 4, f"vrel: {text}: No unit!\n")
+        self.expect(run("units", ""), 4, "vrel: No physical value!\n")
+
+    def test_units_of_other_dimensions_are_named(self):
+        result = run("units", "3 J", "--in", "s")
+        self.expect(result, 1, "vrel: 3 J: A value in m^2*kg*s^-2 cannot be told in s!\n")
+        self.assertEqual(result.stdout, b"")
+
+    def test_units_takes_a_text_that_begins_with_a_sign(self):
+        for arguments in (["-5 m"], ["--", "-5 m"], ["--in", "m", "--", "-5 m"]):
+            result = run("units", *arguments)
+            self.expect(result, 0)
+            self.assertEqual(result.stdout, b"-5 m\n")
+        self.assertEqual(run("units", "--", "-.5 m").stdout, b"-0.5 m\n")
+
+    def test_units_reads_a_long_text(self):
+        result = run("units", "(" * 60000 + "m" + ")" * 60000)
+        self.expect(result, 0)
+        self.assertEqual(result.stdout, b"1 m\n")
+
     # The system
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "no /dev/full")
     def test_a_full_standard_output_is_told(self):
         for arguments in (["info", self.good], ["info", "--json", self.good], ["--help"], ["--version"],
-                          ["export", self.good, "--stack", "0", "--output", "-"]):
+                          ["export", self.good, "--stack", "0", "--output", "-"], ["units", "1 m"]):
             with self.subTest(arguments), open("/dev/full", "wb") as full:
                 result = subprocess.run([PROGRAM, *arguments], stdout=full, stderr=subprocess.PIPE,
                                         timeout=TIME_LIMIT)
