@@ -4,6 +4,8 @@
 #include <vrelio/json/reader.h>
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "json/ascii_internal.h"
@@ -132,17 +134,16 @@ Reader::Step Reader::step_number(const char*& begin, const char* end) {
   number_.append(begin, run_end);
   begin = run_end;
   if (begin == end) return Step::again;
-  in_number_ = false;
   *current_value_ = number_value(number_);
   current_value_ = nullptr;
   number_.clear();
+  in_number_ = false;
   return Step::again;
 }
 
 Reader::Step Reader::step_literal(char c) {
-  const auto literal =
-      std::find_if(std::begin(literals), std::end(literals),
-                   [this](const Literal& row) { return this->*row.state != 0; });
+  const auto literal = std::find_if(std::begin(literals), std::end(literals),
+                                    [this](const Literal& row) { return this->*row.state != 0; });
   const std::string_view word = literal->word;
   int& state = this->*literal->state;
   if (c != word[static_cast<std::size_t>(state)]) {
@@ -207,7 +208,7 @@ Reader::Step Reader::begin_array() {
   *current_value_ = Array(1);
   stack_.push_back(current_value_);
   restore_container();
-  current_value_ = &current_array_->front();
+  current_value_ = &stack_.back()->get<Array>().front();
   return Step::next;
 }
 
@@ -223,9 +224,8 @@ Reader::Step Reader::end_empty_array() {
 
 // The letters that follow are only checked.
 Reader::Step Reader::begin_literal(char c) {
-  const auto literal =
-      std::find_if(std::begin(literals), std::end(literals),
-                   [c](const Literal& row) { return row.word.front() == c; });
+  const auto literal = std::find_if(std::begin(literals), std::end(literals),
+                                    [c](const Literal& row) { return row.word.front() == c; });
   if (literal == std::end(literals)) throw Unexpected(c, "value");
   *current_value_ = literal->value();
   current_value_ = nullptr;

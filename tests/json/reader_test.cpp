@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <sstream>
@@ -21,6 +22,12 @@ using Json::Value;
 using Vrel::testing::JsonOutcome;
 using Vrel::testing::read_json_in_slices;
 using Vrel::testing::read_json_whole;
+
+std::string text_of(const Object& object) {
+  std::ostringstream out;
+  out << object;
+  return out.str();
+}
 
 // Reads a text in all ways, which have to agree.
 JsonOutcome outcome_of(const std::string& text) {
@@ -190,6 +197,14 @@ TEST(ReaderTest, AnExponentWithoutAPointIsIgnored) {
   expect_value("3e", 3);
 }
 
+// The text of a decimal is rounded to its last digit, and may lose the point with it.
+TEST(ReaderTest, ADecimalWrittenWithoutAPointIsReadAsAnInteger) {
+  EXPECT_EQ("1e-07", text_of({{"a", 1e-7}}).substr(5, 5));
+  expect_value("1e-07", 1);
+  EXPECT_EQ("2333333333", text_of({{"a", 2333333332.8}}).substr(5, 10));
+  expect_unexpected_string("{\"a\":2333333333}", "2333333333", "number");
+}
+
 TEST(ReaderTest, WhatFollowsANumberInItsCharactersIsIgnored) {
   expect_value("1-2", 1);
   expect_value("1.5.3", 1.5);
@@ -270,11 +285,37 @@ TEST(ReaderTest, ARepeatedNameKeepsTheLastValue) {
   expect_object("{\"a\":{\"b\":1},\"a\":{\"c\":2}}", Object{{"a", Object{{"c", 2}}}});
 }
 
+TEST(ReaderTest, ARepeatedNameKeepsTheEarlierValueUntilTheNextBegins) {
+  expect_open("{\"a\":[1],\"a\": ", Object{{"a", Array{Value(1)}}});
+  EXPECT_EQ(Object({{"a", Array{Value(1)}}}), read_json_whole("{\"a\":[1],\"a\":x").object);
+  expect_open("{\"a\":[1],\"a\":2", Object{{"a", Array{Value(1)}}});
+}
+
 TEST(ReaderTest, TheEmptyNameIsAName) { expect_object("{\"\":1}", Object{{"", 1}}); }
 
 TEST(ReaderTest, WhatWasBuiltBeforeAFaultIsKept) {
   EXPECT_EQ(Object({{"a", 1}, {"b", Array{Value(2), Value()}}}),
             read_json_whole("{\"a\":1,\"b\":[2,x").object);
+}
+
+TEST(ReaderTest, TheSameFaultComesAgainAtTheSamePlace) {
+  for (const std::string text : {"[", "{,", "{\"a\"x", "{\"a\":x", "{\"a\":[1;", "{\"a\":-x",
+                                 "{\"a\":1.5e,", "{\"a\":tx", "{\"a\":\"\\x", "{\"a\":1;"}) {
+    Reader reader;
+    const char* begin = text.data();
+    const char* const end = begin + text.size();
+    std::string errors[2];
+    for (std::string& error : errors) {
+      try {
+        reader.read(begin, end);
+      } catch (const Reader::Unexpected& unexpected) {
+        error = unexpected.what();
+      }
+      EXPECT_EQ(end - 1, begin) << text;
+    }
+    EXPECT_NE("", errors[0]) << text;
+    EXPECT_EQ(errors[0], errors[1]) << text;
+  }
 }
 
 TEST(ReaderTest, WhatIsOpenIsThereAlready) {
@@ -330,6 +371,13 @@ TEST(ReaderTest, AnEmptyObjectIsRefusedWhereEntriesAreLeft) {
   EXPECT_EQ(text.data() + 1, begin);
 }
 
+TEST(ReaderTest, AnEmptyObjectIsTakenAfterClear) {
+  Reader reader;
+  read_all(reader, {"{\"a\":1}"});
+  reader.clear();
+  EXPECT_EQ(Object(), read_all(reader, {"{}"}));
+}
+
 TEST(ReaderTest, UnexpectedIsARuntimeError) {
   const Reader::Unexpected character('}', "value");
   EXPECT_STREQ("Unexpected '}' character in value value", character.what());
@@ -363,37 +411,38 @@ TEST(ReaderTest, NestingThatNeverEndsIsTakenDown) {
   EXPECT_EQ(Json::kind_array, outcome.object.at("a").kind());
 }
 
-// Decimals that are exact in the ten digits that are written.
+// Decimals of up to ten digits, of any magnitude at which they are written with a point.
 rc::Gen<Value> decimals() {
-  return rc::gen::map(rc::gen::inRange(-99999999, 100000000),
-                      [](int quarters) { return Value(quarters / 4.0); });
+  const auto decimal = [](long long digits, int power) {
+    const double number = static_cast<double>(digits);
+    return Value(power < 0 ? number / std::pow(10.0, -power) : number * std::pow(10.0, power));
+  };
+  return rc::gen::apply(decimal, rc::gen::inRange(-9999999999LL, 10000000000LL),
+                        rc::gen::oneOf(rc::gen::inRange(-4, 4), rc::gen::inRange(0, 290)));
+}
+
+rc::Gen<std::string> byte_strings() {
+  return rc::gen::container<std::string>(rc::gen::arbitrary<char>());
 }
 
 rc::Gen<Value> leaves() {
-  return rc::gen::oneOf(rc::gen::just(Value()),
-                        rc::gen::map(rc::gen::arbitrary<bool>(), [](bool b) { return Value(b); }),
-                        rc::gen::map(rc::gen::arbitrary<int>(), [](int i) { return Value(i); }),
-                        decimals(), rc::gen::map(rc::gen::string<std::string>(), [](std::string s) {
-                          return Value(std::move(s));
-                        }));
+  return rc::gen::oneOf(
+      rc::gen::just(Value()),
+      rc::gen::map(rc::gen::arbitrary<bool>(), [](bool b) { return Value(b); }),
+      rc::gen::map(rc::gen::arbitrary<int>(), [](int i) { return Value(i); }), decimals(),
+      rc::gen::map(byte_strings(), [](std::string s) { return Value(std::move(s)); }));
 }
 
 rc::Gen<Value> values(int depth) {
   if (depth == 0) return leaves();
-  const auto inner = values(depth - 1);
-  return rc::gen::oneOf(
-      leaves(),
-      rc::gen::map(
-          rc::gen::container<std::vector<Value>>(inner),
-          [](const std::vector<Value>& items) { return Value(Array(items.begin(), items.end())); }),
-      rc::gen::map(rc::gen::container<Object>(rc::gen::string<std::string>(), inner),
-                   [](Object map) { return Value(std::move(map)); }));
-}
-
-std::string text_of(const Object& object) {
-  std::ostringstream out;
-  out << object;
-  return out.str();
+  const auto inner = rc::gen::scale(0.3, values(depth - 1));  // fewer items, the deeper they lie
+  return rc::gen::oneOf(leaves(),
+                        rc::gen::map(rc::gen::container<std::vector<Value>>(inner),
+                                     [](const std::vector<Value>& items) {
+                                       return Value(Array(items.begin(), items.end()));
+                                     }),
+                        rc::gen::map(rc::gen::container<Object>(byte_strings(), inner),
+                                     [](Object map) { return Value(std::move(map)); }));
 }
 
 RC_GTEST_PROP(ReaderTest, WhatIsWrittenIsReadBack, ()) {

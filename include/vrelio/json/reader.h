@@ -89,7 +89,7 @@ class VRELIO_EXPORT Reader {
   mutable Value object_;      // the result; a map once reading has begun
   std::deque<Value*> stack_;  // the open containers, outermost first
   std::string key_;
-  std::string number_;  // its characters so far
+  std::string number_;                     // its characters so far
   std::string* current_string_ = nullptr;  // takes characters; null outside of strings
   Value* current_value_ = nullptr;         // takes the next value; null if none is expected
   Array* current_array_ = nullptr;         // the innermost container if it is an array
