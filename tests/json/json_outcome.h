@@ -3,9 +3,12 @@
 
 #include <vrelio/json/reader.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace Vrel::testing {
 
@@ -28,30 +31,31 @@ inline std::ostream& operator<<(std::ostream& out, const JsonOutcome& outcome) {
 }
 
 /// Reads a text slice by slice, to the end of the object, to an error, or to the last slice.
-/// `next_size(taken)` is the size of the slice that begins there.
-template <class NextSize>
+/// `next_size(taken)` is the size of the slice that begins there. Each slice has a memory of its own, so
+/// that no step beyond it goes unseen.
+template <class AnyReader = Json::Reader, class NextSize>
 JsonOutcome read_json_in_slices(const std::string& text, NextSize next_size) {
   JsonOutcome outcome;
-  Json::Reader reader;
-  const char* begin = text.data();
-  const char* const text_end = begin + text.size();
-  try {
-    while (!outcome.is_closed && begin != text_end) {
-      const auto left = static_cast<std::size_t>(text_end - begin);
-      const std::size_t size = next_size(text.size() - left);
-      const char* const end = begin + (size < left ? size : left);
-      outcome.is_closed = reader.read(begin, end);
+  AnyReader reader;
+  while (!outcome.is_closed && outcome.error.empty() && outcome.taken < text.size()) {
+    const std::size_t size = std::min(next_size(outcome.taken), text.size() - outcome.taken);
+    const char* const first = text.data() + outcome.taken;
+    const std::vector<char> slice(first, first + size);
+    const char* begin = slice.data();
+    try {
+      outcome.is_closed = reader.read(begin, slice.data() + size);
+    } catch (const std::runtime_error& error) {
+      outcome.error = error.what();
     }
-  } catch (const Json::Reader::Unexpected& error) {
-    outcome.error = error.what();
+    outcome.taken += static_cast<std::size_t>(begin - slice.data());
   }
-  outcome.taken = static_cast<std::size_t>(begin - text.data());
   outcome.object = reader.object();
   return outcome;
 }
 
-inline JsonOutcome read_json_whole(const std::string& text) {
-  return read_json_in_slices(text, [&text](std::size_t) { return text.size(); });
+template <class AnyReader = Json::Reader>
+JsonOutcome read_json_whole(const std::string& text) {
+  return read_json_in_slices<AnyReader>(text, [&text](std::size_t) { return text.size(); });
 }
 
 }  // namespace Vrel::testing
