@@ -57,9 +57,15 @@ VPropstring::VPropstring(const std::string& text, encoding from_encoding) {
   from(text, from_encoding);
 }
 
-VPropstring& VPropstring::operator=(const char* text) { return from(text, encoding_local); }
+VPropstring& VPropstring::operator=(const char* text) {
+  from(text, encoding_local);
+  return *this;
+}
 
-VPropstring& VPropstring::operator=(const std::string& text) { return from(text, encoding_local); }
+VPropstring& VPropstring::operator=(const std::string& text) {
+  from(text, encoding_local);
+  return *this;
+}
 
 VPropstring& VPropstring::from(const std::string& text, encoding from_encoding) {
   assign(widen(text, from_encoding));

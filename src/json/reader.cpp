@@ -25,6 +25,10 @@ bool is_special_in_string(char c) { return c == '"' || c == '\\'; }
 constexpr char escapes[][2] = {{'"', '"'},  {'\\', '\\'}, {'/', '/'},  {'b', '\b'},
                                {'f', '\f'}, {'n', '\n'},  {'r', '\r'}, {'t', '\t'}};
 
+std::string unexpected(const std::string& text, const char* kind, const std::string& word) {
+  return "Unexpected '" + text + "' " + kind + " in " + word + " value";
+}
+
 template <class T>
 Value value_of(const detail::Extraction<T>& extraction, const std::string& number) {
   if (!extraction.is_converted) throw Reader::Unexpected(number, "number");
@@ -54,10 +58,10 @@ const Reader::Literal Reader::literals[] = {
 };
 
 Reader::Unexpected::Unexpected(char c, const std::string& word)
-    : std::runtime_error(std::string("Unexpected '") + c + "' character in " + word + " value") {}
+    : std::runtime_error(unexpected(std::string(1, c), "character", word)) {}
 
 Reader::Unexpected::Unexpected(const std::string& string, const std::string& word)
-    : std::runtime_error("Unexpected '" + string + "' string in " + word + " value") {}
+    : std::runtime_error(unexpected(string, "string", word)) {}
 
 Reader::Unexpected::~Unexpected() = default;
 

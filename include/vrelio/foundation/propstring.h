@@ -4,6 +4,7 @@
 #include <vrelio/export.h>
 
 #include <string>
+#include <string_view>
 
 /// Wide text in UTF-16 code units, also where `wchar_t` has 32 bits, so that lengths agree on every
 /// system. Where a caller hands in wide text, a 32-bit unit above 0xFFFF counts as the code point that
@@ -29,8 +30,8 @@ class VRELIO_EXPORT VPropstring : public std::wstring {
   static constexpr unsigned int zero_terminated = 0xFFFFFFFF;
 
   VPropstring() = default;
-  VPropstring(const VPropstring& other) = default;
-  VPropstring(VPropstring&& other) noexcept = default;
+  VPropstring(const VPropstring& other) = default;      ///< the same units
+  VPropstring(VPropstring&& other) noexcept = default;  ///< takes the units over
   ~VPropstring() = default;
   /// A narrow text up to its zero character; see `from`.
   VPropstring(const char* text, encoding from_encoding);
@@ -43,8 +44,8 @@ class VRELIO_EXPORT VPropstring : public std::wstring {
   // NOLINTNEXTLINE(google-explicit-constructor): a name is a text
   VPropstring(const std::wstring& text) : std::wstring(text) {}
 
-  VPropstring& operator=(const VPropstring& other) = default;
-  VPropstring& operator=(VPropstring&& other) noexcept = default;
+  VPropstring& operator=(const VPropstring& other) = default;      ///< takes the same units
+  VPropstring& operator=(VPropstring&& other) noexcept = default;  ///< takes the units over
   /// Take over a text in `encoding_local`, up to its zero character.
   VPropstring& operator=(const char* text);
   /// Take over a text in `encoding_local`.
@@ -71,6 +72,7 @@ class VRELIO_EXPORT VPropstring : public std::wstring {
   /// \param[out] buffer  takes the bytes if `size` is above their number; else it stays as it is.
   /// \param[in,out] size  bytes that the buffer has; becomes the number of bytes of the text where they
   ///   do not fit.
+  /// \param[in] to_encoding  of the bytes.
   /// \return whether the text was copied.
   ///
   /// Intended: a buffer of exactly the number of bytes is too small;
@@ -91,9 +93,9 @@ class VRELIO_EXPORT VPropstring : public std::wstring {
   /// Whether the text in `encoding_local` has these bytes before their zero byte.
   bool operator==(const char* text) const { return to(encoding_local) == text; }
   /// Whether the units are the same.
-  bool operator==(const std::wstring& text) const { return compare(text) == 0; }
+  bool operator==(const std::wstring& text) const { return std::wstring_view(*this) == text; }
   /// Whether the units are the same as those before the zero character.
-  bool operator==(const wchar_t* text) const { return compare(text) == 0; }
+  bool operator==(const wchar_t* text) const { return std::wstring_view(*this) == text; }
   /// The opposite of `==` with the same argument.
   template <class Text>
   bool operator!=(const Text& text) const {

@@ -76,6 +76,7 @@ class VRELIO_EXPORT Value {
   template <class T, class = std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>>>
   Value(T*) = delete;
 
+  /// A deep copy.
   Value(const Value& other);
   /// Take over the content of `other` and leave it null.
   Value(Value&& other) noexcept;
@@ -144,10 +145,11 @@ VRELIO_EXPORT std::ostream& operator<<(std::ostream& out, const Value& value);
 /// Write the text of a map; see the other form.
 VRELIO_EXPORT std::ostream& operator<<(std::ostream& out, const Object& map);
 
-// The entries lie apart from the value, which they would make larger than any other content does.
+/// The entries of a map, which lie apart from the value: they would make it larger than any other
+/// content does.
 struct Value::MapNode {
-  Object entries;
-  MapPointer next;  // while maps wait for their destruction
+  Object entries;   ///< all of them
+  MapPointer next;  ///< while maps wait for their destruction
 };
 
 template <class T>

@@ -51,9 +51,11 @@ class VRELIO_EXPORT value {
   value(const std::string& text);
   /// A valid value of this magnitude in base units and these exponents, as they are.
   value(double magnitude, const exponent_list& exponents);
+  /// A copy of all that `other` holds, valid or not.
   value(const value& other);
   virtual ~value();
 
+  /// Take over all that `other` holds, valid or not.
   value& operator=(const value& other);
   /// Become a valid number without dimensions.
   value& operator=(double magnitude);

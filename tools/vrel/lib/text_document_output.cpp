@@ -72,7 +72,6 @@ void write_through(OutputBuffer& buffer, Write write) {
   write(out);
 }
 
-
 bool begins_name(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
          static_cast<unsigned char>(c) > 0x7F;
