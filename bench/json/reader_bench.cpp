@@ -1,33 +1,23 @@
 // Reading and writing JSON text beside a widely used parser, in turns in one run. Both trees are
 // compared before anything is timed.
-#include <malloc.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vrelio/json/reader.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
+
+#include "peer_comparison.h"
 
 namespace {
 
 constexpr std::size_t document_size = 50000000;
 constexpr std::size_t slice_size = 64 << 10;
-constexpr int rounds = 7;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::exit(1);
-}
 
 // --- The document: what a script sends about its images
 
@@ -156,59 +146,7 @@ void require_written_text_reads_back(const std::string& text) {
   require(again->object() == reader->object(), "what is written is read otherwise");
 }
 
-// --- Memory
-
-std::size_t heap_size() {
-  const auto info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
-
-template <class Make>
-double bytes_per_node(const Make& make, std::size_t nodes) {
-  const std::size_t before = heap_size();
-  const auto tree = make();
-  return static_cast<double>(heap_size() - before) / static_cast<double>(nodes);
-}
-
-// --- Timing
-
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-// In a process of its own, so that nobody finds the heap as another one left it.
-double seconds_apart(const std::function<void()>& work) {
-  int ends[2];
-  require(pipe(ends) == 0, "no pipe");
-  const pid_t child = fork();
-  require(child != -1, "no process");
-  double time = 0.0;
-  if (child == 0) {
-    time = seconds(work);
-    _exit(write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
-  }
-  close(ends[1]);
-  require(read(ends[0], &time, sizeof time) == sizeof time, "no time");
-  close(ends[0]);
-  waitpid(child, nullptr, 0);
-  return time;
-}
-
-void compare(const char* name, std::size_t size, const std::function<void()>& ours,
-             const std::function<void()>& peer) {
-  double best_ours = seconds_apart(ours);
-  double best_peer = seconds_apart(peer);
-  for (int i = 1; i < rounds; ++i) {
-    best_ours = std::min(best_ours, seconds_apart(ours));
-    best_peer = std::min(best_peer, seconds_apart(peer));
-  }
-  const double megabytes = static_cast<double>(size) / 1e6;
-  std::printf("%-30s %10.1f %10.1f %8.2f\n", name, megabytes / best_ours, megabytes / best_peer,
-              best_peer / best_ours);
-  std::fflush(stdout);
-}
+// --- Comparing the times
 
 void compare_reading(const char* name, const std::string& text, std::size_t size) {
   std::unique_ptr<Json::Reader> ours;
@@ -232,9 +170,8 @@ void compare_writing(const std::string& text) {
 
 void compare_memory(const std::string& text) {
   const std::size_t nodes = count_nodes(parse(text));
-  const double ours = bytes_per_node([&] { return read_json(text, text.size()); }, nodes);
-  const double peer = bytes_per_node([&] { return parse(text); }, nodes);
-  std::printf("%-30s %10.1f %10.1f %8.2f\n", "bytes per node", ours, peer, peer / ours);
+  print_memory(bytes_per_node([&] { return read_json(text, text.size()); }, nodes),
+               bytes_per_node([&] { return parse(text); }, nodes));
 }
 
 }  // namespace
@@ -244,7 +181,7 @@ int main() {
   require_same_trees(text);
   require_written_text_reads_back(text);
   std::printf("%.1f MB of text\n", static_cast<double>(text.size()) / 1e6);
-  std::printf("%-30s %10s %10s %8s\n", "MB/s", "ours", "peer", "ratio");
+  print_comparison_head();
   compare_reading("read in one slice", text, text.size());
   compare_reading("read in slices of 64 KiB", text, slice_size);
   compare_reading_and_destroying(text);

@@ -1,33 +1,24 @@
 // The XML reader and writer beside a DOM library, on a document about many images. Both have to see
-// the same document before anything is timed; the rounds of all candidates take turns.
-#include <malloc.h>
+// the same document before anything is timed.
 #include <tinyxml.h>
 #include <vrelio/json/value.h>
 #include <vrelio/json/write_xml.h>
 #include <vrelio/json/xml_reader.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <vector>
+
+#include "peer_comparison.h"
 
 namespace {
 
 constexpr std::size_t document_size = 20u << 20;
 constexpr std::size_t slice_size = 64u << 10;
-constexpr int rounds = 7;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::exit(1);
-}
 
 // --- The document
 
@@ -149,8 +140,9 @@ class PeerCount : public TiXmlVisitor {
 
 // --- The candidates
 
-void read_document(const std::string& text, std::size_t slice, Json::Value& root) {
-  Json::XmlReader reader(root);
+std::unique_ptr<Json::Value> read_document(const std::string& text, std::size_t slice) {
+  auto root = std::make_unique<Json::Value>();
+  Json::XmlReader reader(*root);
   const char* begin = text.data();
   const char* const end = begin + text.size();
   bool is_closed = false;
@@ -158,111 +150,83 @@ void read_document(const std::string& text, std::size_t slice, Json::Value& root
     is_closed = reader.read(begin, std::min(begin + slice, end));
   }
   require(is_closed, "the document is not read to its end");
+  return root;
 }
 
-void parse_by_peer(const std::string& text, TiXmlDocument& document) {
-  document.Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
-  require(!document.Error(), "the peer refuses the document");
+std::unique_ptr<TiXmlDocument> parse(const std::string& text) {
+  auto document = std::make_unique<TiXmlDocument>();
+  document->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
+  require(!document->Error(), "the peer refuses the document");
+  return document;
 }
 
-void print_by_peer(const TiXmlDocument& document, std::string& text) {
+std::string write_document(const Json::Value& root) {
+  std::ostringstream out;
+  write_xml(root, out);
+  return out.str();
+}
+
+std::string print(const TiXmlDocument& document) {
   TiXmlPrinter printer;
   printer.SetStreamPrinting();
   document.Accept(&printer);
-  text = printer.Str();
+  return printer.Str();
 }
 
-void write_document(const Json::Value& root, std::string& text) {
-  std::ostringstream out;
-  write_xml(root, out);
-  text = out.str();
+// --- Comparing the documents
+
+Census require_same_documents(const std::string& text) {
+  const auto root = read_document(text, slice_size);
+  Census census;
+  count_children(root->map(), census);
+  Census peer_census;
+  PeerCount peer_count(peer_census);
+  parse(text)->Accept(&peer_count);
+  require(census == peer_census, "reader and peer see different documents");
+  require(*read_document(write_document(*root), slice_size) == *root,
+          "what is written reads differently");
+  return census;
 }
 
-// --- Timing
+// --- Comparing the times
 
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+void compare_reading(const char* name, const std::string& text, std::size_t slice) {
+  std::unique_ptr<Json::Value> ours;
+  std::unique_ptr<TiXmlDocument> peer;
+  compare(
+      name, text.size(), [&] { ours = read_document(text, slice); }, [&] { peer = parse(text); });
 }
 
-// Trees are made and destroyed outside of what is timed.
-double time_reading(const std::string& text, std::size_t slice) {
-  Json::Value root;
-  return seconds([&] { read_document(text, slice, root); });
+void compare_reading_and_destroying(const std::string& text) {
+  compare(
+      "read in one slice and destroy", text.size(), [&] { read_document(text, text.size()); },
+      [&] { parse(text); });
 }
 
-double time_peer(const std::string& text) {
-  TiXmlDocument document;
-  return seconds([&] { parse_by_peer(text, document); });
+void compare_writing(const std::string& text) {
+  const auto ours = read_document(text, text.size());
+  const auto peer = parse(text);
+  compare(
+      "write", write_document(*ours).size(), [&] { write_document(*ours); }, [&] { print(*peer); });
 }
 
-struct Candidate {
-  const char* name;
-  std::size_t bytes;
-  std::function<double()> run;
-  double best = 1e9;
-};
-
-double rate(const Candidate& candidate) { return double(candidate.bytes) / 1e6 / candidate.best; }
-
-// The last candidate is the peer.
-void compare(std::vector<Candidate> candidates) {
-  for (int round = 0; round < rounds; ++round) {
-    for (Candidate& candidate : candidates) {
-      candidate.best = std::min(candidate.best, candidate.run());
-    }
-  }
-  for (const Candidate& candidate : candidates) {
-    std::printf("%-32s %8.1f MB/s %8.2f times the peer\n", candidate.name, rate(candidate),
-                rate(candidate) / rate(candidates.back()));
-  }
-}
-
-std::size_t used_memory() { return mallinfo2().uordblks; }
-
-template <class Make>
-void print_memory(const char* name, const Census& census, Make make) {
-  const std::size_t before = used_memory();
-  make();
+void compare_memory(const std::string& text, const Census& census) {
   const std::size_t nodes = census.elements + census.attributes;
-  std::printf("%-32s %8.1f bytes per element or attribute\n", name,
-              double(used_memory() - before) / double(nodes));
+  print_memory(bytes_per_node([&] { return read_document(text, text.size()); }, nodes),
+               bytes_per_node([&] { return parse(text); }, nodes));
 }
 
 }  // namespace
 
 int main() {
   const std::string text = make_document();
-  Json::Value root;
-  TiXmlDocument document;
-  read_document(text, text.size(), root);
-  parse_by_peer(text, document);
-  Census census;
-  Census peer_census;
-  count_children(root.map(), census);
-  PeerCount peer_count(peer_census);
-  document.Accept(&peer_count);
-  require(census == peer_census, "reader and peer see different documents");
-
-  std::string written;
-  std::string printed;
-  write_document(root, written);
-  print_by_peer(document, printed);
-  Json::Value again;
-  read_document(written, slice_size, again);
-  require(again == root, "what is written reads differently");
-
-  std::printf("%.1f MB, %zu elements, %zu attributes\n", double(text.size()) / 1e6, census.elements,
-              census.attributes);
-  compare({{"read, one slice", text.size(), [&] { return time_reading(text, text.size()); }},
-           {"read, slices of 64 KiB", text.size(), [&] { return time_reading(text, slice_size); }},
-           {"TinyXML parse", text.size(), [&] { return time_peer(text); }}});
-  compare(
-      {{"write", written.size(), [&] { return seconds([&] { write_document(root, written); }); }},
-       {"TinyXML print", printed.size(),
-        [&] { return seconds([&] { print_by_peer(document, printed); }); }}});
-  again = Json::Value();
-  print_memory("memory of the value", census, [&] { read_document(text, text.size(), again); });
-  return 0;
+  const Census census = require_same_documents(text);
+  std::printf("%.1f MB, %zu elements, %zu attributes\n", static_cast<double>(text.size()) / 1e6,
+              census.elements, census.attributes);
+  print_comparison_head();
+  compare_reading("read in one slice", text, text.size());
+  compare_reading("read in slices of 64 KiB", text, slice_size);
+  compare_reading_and_destroying(text);
+  compare_writing(text);
+  compare_memory(text, census);
 }

@@ -13,9 +13,9 @@ namespace Json::detail {
 
 namespace {
 
-bool is_sign(char c) { return c == '+' || c == '-'; }
-bool is_point(char c) { return c == '.'; }
-bool is_exponent_letter(char c) { return c == 'e' || c == 'E'; }
+constexpr auto is_sign = [](char c) { return c == '+' || c == '-'; };
+constexpr auto is_point = [](char c) { return c == '.'; };
+constexpr auto is_exponent_letter = [](char c) { return c == 'e' || c == 'E'; };
 
 // Walks over the parts of a number.
 class Scan {
@@ -24,7 +24,8 @@ class Scan {
 
   std::size_t length() const { return length_; }
 
-  bool skip_one(bool (*is_wanted)(char)) {
+  template <class Predicate>
+  bool skip_one(Predicate is_wanted) {
     if (length_ == text_.size() || !is_wanted(text_[length_])) return false;
     ++length_;
     return true;

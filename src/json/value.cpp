@@ -155,25 +155,10 @@ Value::Value(Object map) : content_(std::make_unique<MapNode>()) { get<Object>()
 
 Value::Value(const Value& other) { copy_tree(other, *this); }
 
-Value::Value(Value&& other) noexcept : content_(std::move(other.content_)) {
-  other.content_ = std::monostate();
-}
-
-Value::~Value() {
-  if (kind() >= kind_array) Demolition demolition(*this);
-}
+void Value::demolish() noexcept { const Demolition demolition(*this); }
 
 Value& Value::operator=(const Value& other) {
   if (this != &other) *this = Value(other);
-  return *this;
-}
-
-Value& Value::operator=(Value&& other) noexcept {
-  // A container that is replaced may hold `other`, so it goes last.
-  Value replaced;
-  if (kind() >= kind_array) replaced.content_ = std::move(content_);
-  content_ = std::move(other.content_);
-  other.content_ = std::monostate();
   return *this;
 }
 

@@ -2,7 +2,11 @@
 // attributes are entered before anything points to them, and nothing that was entered goes away.
 #include <vrelio/json/xml_reader.h>
 
+#include <tuple>
+#include <utility>
+
 #include "json/ascii_internal.h"
+#include "json/xml_run_internal.h"
 
 namespace Json {
 
@@ -15,19 +19,34 @@ bool can_be_map(const Value& value) { return value.is_null() || value.kind() == 
 
 }  // namespace
 
+bool XmlReader::read_in_tag(char c, const char*& rest, const char* end) {
+  if (!in_attributes_) return read_tag_name(c, rest, end);
+  if (!in_attribute_) return read_attributes(c, rest, end);
+  read_attribute(c);
+  while (delimiter_ == 0 && rest != end) read_attribute(*rest++);
+  return false;
+}
+
+// The character in front of `rest` and what follows of the name.
+void XmlReader::read_name(const char*& rest, const char* end) {
+  in_name_ = true;
+  detail::append_run(detail::is_xml_name_character, rest, end, token_);
+}
+
 // Also between the tags of an element with children, so that text beside them is refused.
-void XmlReader::read_between_tags(char c) {
+void XmlReader::read_between_tags(char c, const char*& rest, const char* end) {
   if (c == '<') {
     in_tag_ = true;
-  } else if (!is_whitespace(c)) {
+  } else if (is_whitespace(c)) {
+    rest = detail::skip_while([](char next) { return is_whitespace(next); }, rest, end);
+  } else {
     throw Unexpected(c, "at the beginning");
   }
 }
 
-bool XmlReader::read_tag_name(char c) {
+bool XmlReader::read_tag_name(char c, const char*& rest, const char* end) {
   if (is_letter(c)) {
-    token_.push_back(c);
-    in_name_ = true;
+    read_name(rest, end);
     return false;
   }
   if (!in_name_) {
@@ -130,12 +149,11 @@ void XmlReader::leave_by_empty_tag() {
   in_attributes_ = true;
 }
 
-bool XmlReader::read_in_tag(char c) {
+bool XmlReader::read_attributes(char c, const char*& rest, const char* end) {
   const bool is_open = !is_end_tag_ && !is_closing_;
   if (is_letter(c) && is_open) {
     in_attribute_ = true;
-    in_name_ = true;
-    token_.push_back(c);
+    read_name(rest, end);
   } else if (c == '/' && is_open && !is_processing_) {
     stack_.pop_back();
     is_end_tag_ = true;
@@ -184,8 +202,9 @@ void XmlReader::read_attribute(char c) {
 void XmlReader::finish_attribute_name() {
   in_name_ = false;
   Object& attributes = is_processing_ ? processing_attributes_ : current_element().map();
-  const auto [entry, is_new] = attributes.try_emplace(token_);
-  if (!is_new) throw Unexpected(token_, "duplicate attribute");
+  const auto [entry, is_new] = attributes.emplace(
+      std::piecewise_construct, std::forward_as_tuple(std::move(token_)), std::forward_as_tuple());
+  if (!is_new) throw Unexpected(entry->first, "duplicate attribute");
   slot_ = &entry->second;
   token_.clear();
   expect_equals_ = true;

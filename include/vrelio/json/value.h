@@ -128,6 +128,8 @@ class VRELIO_EXPORT Value {
 
   template <class T>
   const T* find_content() const noexcept;
+  // Leaves nothing in a container.
+  void demolish() noexcept;
 
   Content content_;
 };
@@ -151,6 +153,24 @@ struct Value::MapNode {
   Object entries;   ///< all of them
   MapPointer next;  ///< while maps wait for their destruction
 };
+
+inline Value::Value(Value&& other) noexcept : content_(std::move(other.content_)) {
+  other.content_.emplace<std::monostate>();
+}
+
+inline Value::~Value() {
+  if (kind() >= kind_array) demolish();
+}
+
+inline Value& Value::operator=(Value&& other) noexcept {
+  if (this == &other) return *this;
+  // A container that is replaced may hold `other`, so it goes last.
+  Value replaced;
+  if (kind() >= kind_array) replaced.content_.swap(content_);
+  content_ = std::move(other.content_);
+  other.content_.emplace<std::monostate>();
+  return *this;
+}
 
 template <class T>
 const T* Value::find_content() const noexcept {

@@ -62,17 +62,18 @@ class VRELIO_EXPORT XmlReader {
   void clear();
 
  private:
-  // Reads one character; true at the end of the root element.
-  bool read(char c);
-  // Takes as much as goes without a step for each character; gives the place behind it.
-  const char* take_run(const char* begin, const char* end);
+  // Reads one character; true at the end of the root element. What follows it, from `rest` to `end`, may
+  // be taken too as far as it only lengthens a name or a text, or is skipped.
+  bool read(char c, const char*& rest, const char* end);
+  void read_name(const char*& rest, const char* end);
+  void read_between_tags(char c, const char*& rest, const char* end);
+  bool read_in_tag(char c, const char*& rest, const char* end);
+  bool read_tag_name(char c, const char*& rest, const char* end);
+  bool read_attributes(char c, const char*& rest, const char* end);
+  void read_attribute(char c);
 
-  void read_between_tags(char c);
-  bool read_tag_name(char c);
   void read_tag_mark(char c);
   bool read_behind_tag_name(char c);
-  bool read_in_tag(char c);
-  void read_attribute(char c);
   void finish_tag_name();
   void finish_attribute_name();
   bool finish_tag();
@@ -83,15 +84,15 @@ class VRELIO_EXPORT XmlReader {
   Value& current_element();
   Value& parent_of_new_element();
 
-  void read_text(char c);
-  void read_reference(char c);
-  void read_string(char c);
-  void read_number(char c);
+  void read_text(char c, const char*& rest, const char* end);
+  void begin_text(char c, const char*& rest, const char* end);
+  void read_reference(char c, const char*& rest, const char* end);
+  void read_string(char c, const char*& rest, const char* end);
+  void read_number(char c, const char*& rest, const char* end);
   void read_literal(char c, int& state, const char* word);
-  void begin_text(char c);
-  void end_text(char c);
   void become_string(char c);
-  Value take_token();
+  void end_text(char c);
+  Value take_value();
 
   Object processing_attributes_;           // those of <?xml ...?>
   Value* root_;                            // not owned
