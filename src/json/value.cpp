@@ -155,10 +155,24 @@ Value::Value(Object map) : content_(std::make_unique<MapNode>()) { get<Object>()
 
 Value::Value(const Value& other) { copy_tree(other, *this); }
 
+Value::Value(Value&& other) noexcept : content_(std::move(other.content_)) {
+  other.content_ = std::monostate();
+}
+
 void Value::demolish() noexcept { const Demolition demolition(*this); }
 
 Value& Value::operator=(const Value& other) {
   if (this != &other) *this = Value(other);
+  return *this;
+}
+
+Value& Value::operator=(Value&& other) noexcept {
+  if (this == &other) return *this;
+  // A container that is replaced may hold `other`, so it goes last.
+  Value replaced;
+  if (kind() >= kind_array) replaced.content_ = std::move(content_);
+  content_ = std::move(other.content_);
+  other.content_ = std::monostate();
   return *this;
 }
 

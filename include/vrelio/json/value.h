@@ -154,22 +154,8 @@ struct Value::MapNode {
   MapPointer next;  ///< while maps wait for their destruction
 };
 
-inline Value::Value(Value&& other) noexcept : content_(std::move(other.content_)) {
-  other.content_.emplace<std::monostate>();
-}
-
 inline Value::~Value() {
   if (kind() >= kind_array) demolish();
-}
-
-inline Value& Value::operator=(Value&& other) noexcept {
-  if (this == &other) return *this;
-  // A container that is replaced may hold `other`, so it goes last.
-  Value replaced;
-  if (kind() >= kind_array) replaced.content_.swap(content_);
-  content_ = std::move(other.content_);
-  other.content_.emplace<std::monostate>();
-  return *this;
 }
 
 template <class T>
