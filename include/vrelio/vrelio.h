@@ -19,6 +19,11 @@
 #include <vrelio/json/write_xml.h>
 #include <vrelio/json/xml_reader.h>
 #include <vrelio/ome/types.h>
+#include <vrelio/prop/kind.h>
+#include <vrelio/prop/prop.h>
+#include <vrelio/prop/prop_array.h>
+#include <vrelio/prop/prop_cast.h>
+#include <vrelio/prop/prop_struct.h>
 #include <vrelio/si/fraction.h>
 #include <vrelio/si/value.h>
 #include <vrelio/version.h>

@@ -1,27 +1,23 @@
 #include <vrelio/foundation/data_type.h>
 
-#include <complex>
-
-#include "foundation/data_type_list_internal.h"
+#include "prop/kind_list_internal.h"
 
 using namespace Vrel::detail;
 
+namespace {
+
+template <class T>
+const std::type_info* record(kind<T>) {
+  return &typeid(T);
+}
+
+}  // namespace
+
+// Beside what a property value holds: the element of cell arrays, and an id that means another.
 const std::type_info* vrel_dt_get_type(int id) {
-  switch (id) {
-#define VRELIO_RECORDS(row_id, type, name) \
-  case row_id:                             \
-    return &typeid(type);                  \
-  case row_id | complex_flag:              \
-    return &typeid(std::complex<type>);
-    VRELIO_REAL_TYPES(VRELIO_RECORDS)
-#undef VRELIO_RECORDS
-    case id_rgb:
-      return &typeid(_s_vrel_RGB);
-    case id_uint32_alias:
-      return &typeid(unsigned int);
-    case id_logical:
-      return &typeid(bool);
-    default:
-      return &typeid(void);
-  }
+  if (id == id_cell) return &typeid(VProp);
+  if ((id & ~array_flag) == id_uint32_alias) id ^= id_uint32_alias ^ id_uint32;
+  return with_kind(
+      id, [](auto of) { return record(of); },
+      []() -> const std::type_info* { return &typeid(void); });
 }

@@ -21,11 +21,8 @@ struct VRELIO_EXPORT _s_vrel_RGB {
 /// unsigned of 4 bytes, 0x10000 a bool of 1 byte.
 VRELIO_EXPORT int vrel_dt_get_size(int id);
 
-/// The run-time type of one element; that of void for every id without one. The pointer is valid as
-/// long as the library is loaded.
-///
-/// The ids of property values (0x4000, 0x8000, 0x20000, and every id with the array flag) get their
-/// types together with their classes; until then they have that of void.
+/// The run-time type of one element, or with the array flag of a `VProparray` of them; that of void for
+/// every id without one. The pointer is valid as long as the library is loaded.
 VRELIO_EXPORT const std::type_info* vrel_dt_get_type(int id);
 
 /// The registry's name of an id, for instance "cplx_single", the array flag disregarded; "none" for
