@@ -1,5 +1,5 @@
 # The installed tree: headers as they lie, the library, the command line, and what CMake and pkg-config need to find them.
-# zlib and Boost are linked privately and show in no header, so users of the package need not find them.
+# zlib and the compiled parts of Boost are linked privately and show in no header; of Boost users need the headers.
 include(CMakePackageConfigHelpers)
 
 set(vrelio_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VrelIo)

@@ -20,7 +20,8 @@ VProp::placeholder* share(VProp::placeholder* content) {
   return content;
 }
 
-[[noreturn]] VProp::placeholder* raise_no_kind() { raise(id_plain, "Invalid property type!"); }
+// Never called: every id of a kind has a holder.
+VProp::placeholder* no_holder() { return nullptr; }
 
 VProp::placeholder* make_holder(int id, const void* value) {
   return with_kind(
@@ -29,7 +30,7 @@ VProp::placeholder* make_holder(int id, const void* value) {
         using T = typename decltype(of)::type;
         return new VProp::holder<T>(*static_cast<const T*>(value));
       },
-      raise_no_kind);
+      no_holder);
 }
 
 VProp::placeholder* make_default_holder(int id) {
@@ -38,7 +39,7 @@ VProp::placeholder* make_default_holder(int id) {
       [](auto of) -> VProp::placeholder* {
         return new VProp::holder<typename decltype(of)::type>();
       },
-      raise_no_kind);
+      no_holder);
 }
 
 }  // namespace

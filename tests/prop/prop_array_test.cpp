@@ -1,0 +1,348 @@
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+#include <vrelio/foundation/propstring.h>
+#include <vrelio/prop/prop_array.h>
+#include <vrelio/prop/prop_struct.h>
+
+#include <cstdint>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "support/expect_error.h"
+
+namespace {
+
+using Base = VProparrayBase;
+using Sizes = Base::index_list;
+using Numbers = VProparray<int>;
+
+constexpr unsigned int none = Base::not_given;
+
+// The elements are 0, 1, 2 and so on.
+Numbers numbers(unsigned int count) {
+  Numbers array(count);
+  std::iota(array.begin(), array.end(), 0);
+  return array;
+}
+
+Numbers numbers(const Sizes& shape) {
+  Numbers array = numbers(Base::size(shape));
+  array.set_size(shape, Base::set_mode_checked);
+  return array;
+}
+
+// --- Lists of sizes and indices
+
+TEST(ProparrayTest, ASingleSizeIsThatOfARow) {
+  EXPECT_EQ(Base::val2size(3, none, none, none), (Sizes{1, 3}));
+  EXPECT_EQ(Base::val2size(0, none, none, none), (Sizes{0, 0}));
+}
+
+TEST(ProparrayTest, ASingleIndexIsAlongARow) {
+  EXPECT_EQ(Base::val2pos(3, none, none, none), (Sizes{0, 3}));
+  EXPECT_EQ(Base::val2pos(0, none, none, none), (Sizes{0, 0}));
+}
+
+TEST(ProparrayTest, SeveralSizesAndIndicesAreTakenAsTheyAre) {
+  EXPECT_EQ(Base::val2size(none, 1, 2, 3), Sizes{});
+  EXPECT_EQ(Base::val2pos(none, none, none, none), Sizes{});
+  EXPECT_EQ(Base::val2size(0, 1, none, none), (Sizes{0, 1}));
+  EXPECT_EQ(Base::val2pos(4, 5, none, 6), (Sizes{4, 5}));
+  EXPECT_EQ(Base::val2size(4, 5, 6, none), (Sizes{4, 5, 6}));
+  EXPECT_EQ(Base::val2pos(4, 5, 6, 7), (Sizes{4, 5, 6, 7}));
+}
+
+TEST(ProparrayTest, ListsFromPointersAreTakenAsTheyAre) {
+  const unsigned int values[] = {7, none, 9};
+  EXPECT_EQ(Base::ptr2size(3, values), (Sizes{7, none, 9}));
+  EXPECT_EQ(Base::ptr2pos(1, values), Sizes{7});
+  EXPECT_EQ(Base::ptr2size(0, nullptr), Sizes{});
+}
+
+TEST(ProparrayTest, TheSizeOfAShapeIsItsProduct) {
+  EXPECT_EQ(Base::size({2, 3, 4}), 24U);
+  EXPECT_EQ(Base::size({}), 0U);
+  EXPECT_EQ(Base::size({0, 1}), 0U);
+  EXPECT_EQ(Base::size({65536, 65536, 0}), 0U);
+  EXPECT_EQ(Base::size({65535, 65537}), 0xFFFFFFFFU);
+}
+
+TEST(ProparrayTest, AShapeOfMoreElementsThanCanBeCountedIsRefused) {
+  EXPECT_VREL_ERROR(Base::size({65536, 65536}), "Property array too large!", -1);
+  EXPECT_VREL_ERROR(Base::size({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}),
+                    "Property array too large!", -1);
+}
+
+// --- The shape
+
+TEST(ProparrayTest, ANewArrayIsEmpty) {
+  const Numbers array;
+  EXPECT_EQ(array.get_size(true), (Sizes{0, 0}));
+  EXPECT_EQ(array.get_rank(), 2U);
+  EXPECT_EQ(array.userbits, 0U);
+}
+
+TEST(ProparrayTest, ElementsWithoutAShapeAreARow) {
+  EXPECT_EQ(numbers(5).get_size(true), (Sizes{1, 5}));
+  EXPECT_EQ(numbers(5).get_size(false), (Sizes{1, 5}));
+}
+
+TEST(ProparrayTest, CopiesKeepShapeAndBits) {
+  Numbers array = numbers({2, 3});
+  array.userbits = 5;
+  const Numbers copy(array);
+  Numbers assigned;
+  assigned = array;
+  for (const Numbers& other : {copy, assigned}) {
+    EXPECT_EQ(other.get_size(true), (Sizes{2, 3}));
+    EXPECT_EQ(other.userbits, 5U);
+    EXPECT_EQ(std::vector<int>(other), std::vector<int>(array));
+  }
+}
+
+TEST(ProparrayTest, ACheckedShapeFitsTheElements) {
+  Numbers array = numbers(6);
+  array.set_size({2, 3}, Base::set_mode_checked);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3}));
+}
+
+TEST(ProparrayTest, ACheckedShapeThatDoesNotFitChangesNothing) {
+  Numbers array = numbers(5);
+  EXPECT_VREL_ERROR(array.set_size({2, 3}, Base::set_mode_checked), "Invalid size set!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 5}));
+  Numbers nothing;
+  EXPECT_VREL_ERROR(nothing.set_size({65536, 65536}, Base::set_mode_checked), "Invalid size set!",
+                    -1);
+}
+
+TEST(ProparrayTest, AShapeCanBeStoredThatDoesNotFit) {
+  Numbers array = numbers(5);
+  array.set_size({2, 2}, Base::set_mode_shape);
+  EXPECT_VREL_ERROR(array.get_size(true), "Invalid size vector in property array!", -1);
+  EXPECT_VREL_ERROR(array.get_rank(), "Invalid size vector in property array!", -1);
+  EXPECT_EQ(array.get_size(false), (Sizes{2, 2}));
+  EXPECT_EQ(array.count(), 5U);
+}
+
+TEST(ProparrayTest, AStoredShapeOfMoreElementsThanCanBeCountedFitsNoArray) {
+  Numbers nothing;
+  nothing.set_size({65536, 65536}, Base::set_mode_shape);
+  EXPECT_VREL_ERROR(nothing.get_size(true), "Invalid size vector in property array!", -1);
+}
+
+TEST(ProparrayTest, AStoredRowThatDoesNotFitIsCorrected) {
+  Numbers array = numbers(3);
+  array.set_size({1, 7}, Base::set_mode_shape);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
+  array.set_size({0, 0}, Base::set_mode_shape);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
+}
+
+TEST(ProparrayTest, AStoredShapeOfOneDimensionThatDoesNotFitIsCorrected) {
+  Numbers array = numbers(3);
+  array.set_size(Sizes{7}, Base::set_mode_shape);
+  EXPECT_EQ(array.get_size(true), Sizes{3});
+}
+
+TEST(ProparrayTest, AnEmptyShapeIsARow) {
+  Numbers array = numbers({2, 3});
+  array.set_size(Sizes{}, Base::set_mode_checked);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 6}));
+}
+
+TEST(ProparrayTest, ResizingKeepsTheSequence) {
+  Numbers array = numbers({2, 2});
+  array.set_size({3, 2}, Base::set_mode_resize);
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 0, 0}));
+  array.set_size(2, none, none, none, Base::set_mode_resize);
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1}));
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 2}));
+}
+
+TEST(ProparrayTest, AShapeThatFitsNothingIsNotResizedUnseen) {
+  Numbers array = numbers(5);
+  array.set_size({2, 2}, Base::set_mode_shape);
+  EXPECT_VREL_ERROR(array.set_size({3, 3}, Base::set_mode_resize),
+                    "Invalid size vector in property array!", -1);
+  EXPECT_EQ(array.count(), 5U);
+}
+
+TEST(ProparrayTest, ClearingReplacesAllElements) {
+  Numbers array = numbers({2, 2});
+  array.set_size({2, 2}, Base::set_mode_clear);
+  EXPECT_EQ(std::vector<int>(array), std::vector<int>(4, 0));
+  VProparray<VProp> cells;
+  cells.emplace_back(1);
+  cells.set_size(2, none, none, none, Base::set_mode_clear);
+  EXPECT_TRUE(cells[0].empty());
+  EXPECT_TRUE(cells[1].empty());
+}
+
+TEST(ProparrayTest, AShapeThatCannotBeCountedChangesNothing) {
+  Numbers array = numbers({2, 2});
+  for (const auto mode : {Base::set_mode_resize, Base::set_mode_clear}) {
+    EXPECT_VREL_ERROR(array.set_size({65536, 65536}, mode), "Property array too large!", -1);
+    EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_EQ(array.get_size(true), (Sizes{2, 2}));
+  }
+}
+
+// --- From positions to places
+
+TEST(ProparrayTest, TheFirstIndexRunsFastest) {
+  const Numbers array = numbers({2, 3, 4});
+  EXPECT_EQ(array.get_idx({1, 0, 0}), 1U);
+  EXPECT_EQ(array.get_idx({0, 1, 0}), 2U);
+  EXPECT_EQ(array.get_idx(0, 0, 1, none), 6U);
+  EXPECT_EQ(array.get_idx({1, 2, 3}), 23U);
+}
+
+TEST(ProparrayTest, AnEmptyArrayGrowsToAPosition) {
+  Numbers array;
+  EXPECT_EQ(array.get_idx({0, 3}, true), 3U);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 4}));
+  EXPECT_EQ(array.count(), 4U);
+}
+
+TEST(ProparrayTest, AnEmptyArrayGrowsInAllDimensions) {
+  Numbers array;
+  EXPECT_EQ(array.get_idx(1, 2, 3, none, true), 1U + 2 * 2 + 3 * 6);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3, 4}));
+}
+
+TEST(ProparrayTest, OnlyTheLastDimensionGrows) {
+  Numbers array = numbers({2, 2});
+  EXPECT_VREL_ERROR(array.get_idx({2, 1}, true), "Index 0 out of bounds! (2 >= 2)!", -1);
+  EXPECT_EQ(array.get_idx({1, 5}, true), 11U);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 6}));
+  EXPECT_EQ(array[3], 3);
+}
+
+TEST(ProparrayTest, AFurtherDimensionHasOneElement) {
+  Numbers array = numbers({2, 3});
+  EXPECT_EQ(array.get_idx({1, 2, 0}, true), 5U);
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 1}, true), "Index 2 out of bounds! (1 >= 1)!", -1);
+  EXPECT_EQ(array.count(), 6U);
+}
+
+TEST(ProparrayTest, WithoutGrowingAPositionHasToExist) {
+  const Numbers array = numbers({2, 2});
+  EXPECT_VREL_ERROR(array.get_idx({0, 2}), "Index 1 out of bounds! (2 >= 2)!", -1);
+  Numbers writable = array;
+  EXPECT_VREL_ERROR(writable.get_idx({0, 2}, false), "Index 1 out of bounds! (2 >= 2)!", -1);
+  EXPECT_VREL_ERROR(Numbers().get_idx({0, 0}), "Index 0 out of bounds! (0 >= 0)!", -1);
+}
+
+TEST(ProparrayTest, APositionHasTheRankOfTheArray) {
+  Numbers array = numbers({2, 3, 1});
+  EXPECT_VREL_ERROR(array.get_idx({0, 0, 0, 0}), "Input rank '4' too high (> '3')!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0}), "Input rank '2' too low (< '3')!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0}, true), "Input rank '2' too low (< '3')!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({}, true), "Input rank '0' too low (< '3')!", -1);
+}
+
+TEST(ProparrayTest, WhatIsRefusedChangesNothing) {
+  Numbers array = numbers({2, 2});
+  EXPECT_VREL_ERROR(array.get_idx({2, 5}, true), "Index 0 out of bounds! (2 >= 2)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 0xFFFFFFFF}, true), "Property array too large!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 0x80000000}, true), "Property array too large!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 2}));
+  EXPECT_EQ(array.count(), 4U);
+}
+
+TEST(ProparrayTest, AnEmptyArrayDoesNotGrowBeyondWhatCanBeCounted) {
+  Numbers array;
+  EXPECT_VREL_ERROR(array.get_idx({65535, 65535}, true), "Property array too large!", -1);
+  EXPECT_EQ(array.count(), 0U);
+}
+
+// --- From places to positions
+
+TEST(ProparrayTest, APositionWithoutAShapeHasAOneInFront) {
+  EXPECT_EQ(numbers(5).get_pos(3), (Sizes{1, 3}));
+  EXPECT_EQ(numbers(5).get_pos(0), (Sizes{0, 0}));
+}
+
+TEST(ProparrayTest, APlaceThatIsTooLargeShowsInTheLastIndex) {
+  EXPECT_EQ(numbers({2, 3}).get_pos(5), (Sizes{1, 2}));
+  EXPECT_EQ(numbers({2, 3}).get_pos(7), (Sizes{1, 3}));
+  EXPECT_EQ(numbers(Sizes{4}).get_pos(9), Sizes{9});
+}
+
+TEST(ProparrayTest, AShapeWithoutElementsHasPositionsToo) {
+  Numbers array;
+  array.set_size({0, 3}, Base::set_mode_checked);
+  EXPECT_EQ(array.get_pos(2), (Sizes{0, 2}));
+}
+
+RC_GTEST_PROP(ProparrayTest, PositionAndPlaceAreInverse, ()) {
+  const auto shape =
+      *rc::gen::nonEmpty(rc::gen::resize(4, rc::gen::container<Sizes>(rc::gen::inRange(1U, 7U))));
+  RC_PRE(Base::size(shape) < 100000U);
+  const Numbers array = numbers(shape);
+  const unsigned int idx = *rc::gen::inRange(0U, Base::size(shape));
+  RC_ASSERT(array.get_idx(array.get_pos(idx)) == idx);
+}
+
+// --- Elements
+
+TEST(ProparrayTest, CallingGivesElements) {
+  Numbers array;
+  array(1, 1) = 7;
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 2}));
+  EXPECT_EQ(std::as_const(array)(1, 1), 7);
+  EXPECT_EQ(array[3], 7);
+}
+
+TEST(ProparrayTest, BitsAreElementsToo) {
+  VProparray<bool> array;
+  array(2) = true;
+  EXPECT_EQ(std::vector<bool>(array), (std::vector<bool>{false, false, true}));
+  EXPECT_TRUE(std::as_const(array)(2));
+}
+
+TEST(ProparrayTest, GrowingMovesValuesAndStructs) {
+  VProparray<VProp> cells;
+  cells(0) = "text";
+  cells[0].lock();
+  const void* const held = std::as_const(cells)[0].value_ptr();
+  for (unsigned int i = 1; i < 100; ++i) cells(i) = 1;
+  EXPECT_EQ(std::as_const(cells)[0].value_ptr(), held);
+  VProparray<VPropstruct> structs;
+  structs(0)["x"] = 1;
+  structs[0]["x"].lock();
+  const void* const field = std::as_const(structs)[0]["x"].value_ptr();
+  for (unsigned int i = 1; i < 100; ++i) structs(i);
+  EXPECT_EQ(std::as_const(structs)[0]["x"].value_ptr(), field);
+}
+
+TEST(ProparrayTest, AnElementBehindTheVectorIsOutOfRange) {
+  Numbers array = numbers({2, 3});
+  array.pop_back();
+  EXPECT_THROW(array(0, 0), VrelError);
+  array.set_size(Sizes{}, Base::set_mode_shape);
+  EXPECT_EQ(array(4), 4);
+}
+
+TEST(ProparrayTest, ReservingMovesWithoutCopies) {
+  std::vector<VProp> values(2);
+  values[0] = 5;
+  values[0].lock();
+  const void* const held = std::as_const(values)[0].value_ptr();
+  vrel_prop_reserve(values, 100);
+  EXPECT_GE(values.capacity(), 100U);
+  EXPECT_EQ(values.size(), 2U);
+  EXPECT_EQ(std::as_const(values)[0].value_ptr(), held);
+}
+
+TEST(ProparrayTest, ReservingLessThanThereIsRoomDoesNothing) {
+  std::vector<VProp> values;
+  values.reserve(10);
+  const VProp* const place = values.data();
+  vrel_prop_reserve(values, 9);
+  EXPECT_EQ(values.data(), place);
+}
+
+}  // namespace
