@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "../json/peer_comparison.h"
+#include "support/peer_comparison.h"
 
 namespace {
 
