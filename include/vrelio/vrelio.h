@@ -24,6 +24,8 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_cast.h>
 #include <vrelio/prop/prop_struct.h>
+#include <vrelio/prop/prop_visitor.h>
+#include <vrelio/prop/prop_xml.h>
 #include <vrelio/si/fraction.h>
 #include <vrelio/si/value.h>
 #include <vrelio/version.h>

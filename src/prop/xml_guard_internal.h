@@ -1,0 +1,26 @@
+// Looks through a text before the XML library, which recurses for each element, parses it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace Vrel::detail {
+
+/// Bytes that a document may have.
+constexpr std::size_t highest_xml_size = 64u << 20;
+/// Attributes that an element may have; the library looks through all of them for each.
+constexpr std::size_t highest_attribute_count = 256;
+
+/// Pass documents that have one root, that nest at most `highest_depth` elements, and that the library
+/// takes for the same elements.
+///
+/// The library is lenient in ways that hide tags: it takes the bytes behind the start of a broken UTF-8
+/// sequence, all between "&#x" and the next ";", and unquoted values. So what is not written in the
+/// plain form is refused: well-formed UTF-8; tags of a name and quoted attributes without "<" between
+/// them; comments and CDATA sections; well-formed references of characters; declarations and document
+/// types without "<" and ">" inside, and only outside of the root.
+///
+/// \throws Xml_error with the line for everything else. Takes one pass and no memory but for the message.
+void check_xml(const std::string& text);
+
+}  // namespace Vrel::detail
