@@ -418,6 +418,67 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(process.communicate(timeout=TIME_LIMIT)[1], b"")
 
 
+    # props
+
+    def tree(self):
+        return self.write("tree.xml", b'<root idx="1" type="struct" size="1 1" vprop_version="1">'
+                          b'<rate idx="1" type="double" size="1 1">2.5</rate>'
+                          b'<name idx="1" type="char" size="1 1">a</name></root>')
+
+    def test_props_shows_a_tree_for_people(self):
+        result = run("props", self.tree())
+        self.expect(result, 0)
+        self.assertEqual(result.stdout, b'struct\n  rate: double 2.5\n  name: char "a"\n')
+
+    def test_props_shows_a_tree_for_programs(self):
+        result = run("props", "--json", self.tree())
+        self.expect(result, 0)
+        self.assertEqual(json.loads(result.stdout), {"rate": 2.5, "name": "a"})
+
+    def test_props_shows_the_value_at_a_path(self):
+        tree = self.tree()
+        self.assertEqual(run("props", tree, "--get", "rate").stdout, b"2.5\n")
+        self.assertEqual(run("props", tree, "--get", "rate", "--json").stdout, b"2.5\n")
+        result = run("props", tree, "--get", "speed")
+        self.expect(result, 4, f"vrel: {tree}: Struct member 'speed' does not exist!\n")
+
+    def test_props_writes_a_changed_tree(self):
+        tree, output = self.tree(), self.path("changed.xml")
+        before = self.content(tree)
+        self.expect(run("props", tree, "--set", "rate=5", "--set", "new.x=7", "--output", output), 0)
+        self.assertEqual(json.loads(run("props", "--json", output).stdout), {"rate": 5, "name": "a", "new": {"x": 7}})
+        self.assertEqual(self.content(tree), before)
+
+    def test_props_is_a_filter_too(self):
+        with open(self.tree(), "rb") as tree:
+            result = run("props", "-", "--set", "name=b", "--output", "-", stdin=tree)
+        self.expect(result, 0)
+        self.assertEqual(run("props", "-", "--get", "name", input=result.stdout).stdout, b"b\n")
+
+    def test_props_leaves_no_file_for_a_value_that_does_not_fit(self):
+        tree = self.tree()
+        result = run("props", tree, "--set", "rate=fast", "--output", self.path("changed.xml"))
+        self.expect(result, 4, f"vrel: {tree}: 'fast' is no value of the kind double!\n")
+        self.assertEqual(self.names(), ["tree.xml"])
+
+    def test_props_replaces_a_file_only_by_force(self):
+        tree = self.tree()
+        self.assertEqual(run("props", tree, "--set", "rate=5", "--output", tree).returncode, 3)
+        self.expect(run("props", tree, "--set", "rate=5", "--output", tree, "--force"), 0)
+        self.assertEqual(run("props", tree, "--get", "rate").stdout, b"5\n")
+
+    def test_props_refuses_what_it_would_not_do(self):
+        tree = self.tree()
+        for arguments in (["--set", "rate=5"], ["--force"], ["--get", "rate", "--output", "-"]):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(run("props", tree, *arguments).returncode, 2)
+
+    def test_props_of_another_kind_of_file_is_damaged_input(self):
+        result = run("props", self.other)
+        self.assertEqual((result.returncode, result.stdout), (4, b""))
+        self.assertIn(b"Error parsing XML properties:", result.stderr)
+        self.assertEqual(run("props", self.path("missing.xml")).returncode, 3)
+
     # json2xml, xml2json
 
     def test_values_go_from_one_text_into_the_other_and_back(self):

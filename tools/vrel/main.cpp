@@ -56,7 +56,11 @@ void add_max_memory(CLI::App& app, std::uint64_t& bytes) {
 }
 
 ExitCode run(int argc, char** argv) {
-  CLI::App app("Describe VBF files, export their samples, and convert units and values", "vrel");
+  CLI::App app(
+      "Describe VBF files, export their samples, show and change property trees, and convert units "
+      "and "
+      "values",
+      "vrel");
   Command chosen;
   app.set_version_flag("--version", version_text);
   app.require_subcommand(1);
@@ -64,6 +68,7 @@ ExitCode run(int argc, char** argv) {
   app.failure_message(usage_failure);
   add_info_command(app, chosen);
   add_export_command(app, chosen);
+  add_props_command(app, chosen);
   add_units_command(app, chosen);
   add_json2xml_command(app, chosen);
   add_xml2json_command(app, chosen);

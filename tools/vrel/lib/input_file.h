@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "lib/open_file.h"
+
 namespace Vrel::tool {
 
 /// Opened by the tool itself and not locked, so that any number of readers can share it, also with
@@ -13,14 +15,11 @@ class InputFile {
  public:
   /// \throws VrelError "Could not open file!" (-1) with the system error.
   explicit InputFile(const std::string& path);
-  ~InputFile();
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
 
   VFile& get_file() { return file_; }
 
  private:
-  int descriptor_;
+  OpenFile opened_;
   VFile file_;
 };
 

@@ -4,6 +4,9 @@
 #include <vrelio/foundation/error.h>
 
 #include <cerrno>
+#include <memory>
+
+#include "lib/open_file.h"
 
 namespace Vrel::tool {
 
@@ -14,6 +17,14 @@ Source read_descriptor(int descriptor) {
       if (count >= 0) return static_cast<std::size_t>(count);
       if (errno != EINTR) throw VrelError().do_oserr()("Could not read!");
     }
+  };
+}
+
+Source open_source(const std::string& path) {
+  if (path == "-") return read_descriptor(STDIN_FILENO);
+  const auto file = std::make_shared<const OpenFile>(path);
+  return [file, read = read_descriptor(file->descriptor())](char* buffer, std::size_t size) {
+    return read(buffer, size);
   };
 }
 
