@@ -7,6 +7,8 @@
 
 class VProp::placeholder {
  public:
+  placeholder(const placeholder&) = delete;
+  placeholder& operator=(const placeholder&) = delete;
   virtual ~placeholder() = default;
   virtual const std::type_info& type() const = 0;
   virtual void* value_ptr() = 0;
@@ -20,8 +22,6 @@ class VProp::placeholder {
 
  protected:
   placeholder() = default;
-  placeholder(const placeholder&) = delete;
-  placeholder& operator=(const placeholder&) = delete;
 };
 
 template <class T>

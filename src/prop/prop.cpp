@@ -69,12 +69,14 @@ VProp::~VProp() { VPropDemolition::release(content_); }
 VProp& VProp::operator=(const VProp& other) {
   // What is replaced may hold `other`, so it goes last, with the annotation.
   VProp copy(other);
-  return swap(copy);
+  swap(copy);
+  return *this;
 }
 
 VProp& VProp::operator=(VProp&& other) noexcept {
   VProp taken(std::move(other));
-  return swap(taken);
+  swap(taken);
+  return *this;
 }
 
 const void* VProp::value_ptr() const {

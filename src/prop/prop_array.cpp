@@ -105,7 +105,7 @@ unsigned int VProparrayBase::get_rank() const {
 }
 
 VProparrayBase::index_list VProparrayBase::get_size(bool check) const {
-  const index_list row = val2size(count(), not_given, not_given, not_given);
+  index_list row = val2size(count(), not_given, not_given, not_given);
   if (size_.empty()) return row;
   if (!check || element_count(size_) == count()) return size_;
   if (is_row(size_)) return row;

@@ -25,6 +25,8 @@ class VPropInfo;
 /// makes its handle the sole owner first. A copy is of one level; what is below stays shared until it is
 /// written itself. Destroying and comparing take no stack in proportion to the depth of a tree.
 ///
+/// Nothing is derived from it, since its destructor is not virtual.
+///
 /// Handles that share a value are used by one thread at a time; nothing is counted atomically.
 ///
 /// ```cpp
@@ -33,7 +35,7 @@ class VPropInfo;
 /// VProp copy(tree);                          // costs nothing
 /// copy["scan.axes{1}.label"] = "piezo";      // tree keeps its label
 /// ```
-class VRELIO_EXPORT VProp {
+class VRELIO_EXPORT VProp final {
  public:
   /// "Not given", for indices that can be left out.
   static constexpr unsigned int not_given = 0xFFFFFFFF;

@@ -119,7 +119,7 @@ VRELIO_EXPORT void vrel_prop_reserve(std::vector<std::pair<std::string, VProp>>&
 /// The elements are those of the vector. Changing their number by the vector's own functions leaves the
 /// stored shape behind; see `get_size`.
 template <class T>
-class VProparray : public VProparrayBase, public std::vector<T> {
+class VProparray final : public VProparrayBase, public std::vector<T> {
   static_assert(Vrel::prop_element_id<T> != 0, "no property array holds this type");
 
  public:

@@ -87,7 +87,7 @@ bool are_numbers_of(std::string_view text, int element, std::size_t count) {
 }
 
 std::string kind_in_words(const VProp& value) {
-  const std::string name = vrel_dt_get_name(value.get_id());
+  std::string name = vrel_dt_get_name(value.get_id());
   const VProparrayBase* const array = value.get_arr(false);
   if (array == nullptr) return name;
   return std::to_string(array->count()) + " x " + name;
