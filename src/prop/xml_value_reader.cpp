@@ -66,7 +66,7 @@ std::uint64_t count_of(const VProparrayBase::index_list& size) {
 
 // Intended: where the number of fields cannot be told, as for no elements, and for elements without
 // fields, which take no space in the document, nothing is read;
-// PropXmlTest.AnArrayOfStructsWithoutFieldsIsNotRead.
+// PropXmlReadTest.AnArrayOfStructsWithoutFieldsIsNotRead.
 std::size_t count_fields(std::uint64_t structs, std::size_t children) {
   if (structs == 0 || children < structs || children % structs != 0) {
     raise(id_plain, "Invalid struct array!");
