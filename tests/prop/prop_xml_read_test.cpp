@@ -3,6 +3,9 @@
 #include <vrelio/prop/prop_xml.h>
 
 #include <complex>
+#include <cstddef>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "support/expect_error.h"
@@ -30,6 +33,22 @@ std::string no_xml(const std::string& message) {
 }
 
 const std::string no_text = no_xml("Text does not exists in the current element");
+
+// The example of the page.
+std::string example() {
+  std::ifstream page(VRELIO_SOURCE_DIR "/docs/property_xml.md");
+  const std::string text((std::istreambuf_iterator<char>(page)), std::istreambuf_iterator<char>());
+  const std::string fence = "```xml\n";
+  const std::size_t begin = text.find(fence) + fence.size();
+  return text.substr(begin, text.find("```", begin) - begin);
+}
+
+TEST(PropXmlReadTest, TheExampleOfThePageIsRead) {
+  VProp expected;
+  expected["scan.pixels"] = VProparray<int>{512, 256};
+  expected["scan.unit"] = L"\xB5m";
+  EXPECT_EQ(read(example()), expected);
+}
 
 // --- Envelopes
 
