@@ -22,9 +22,12 @@ std::size_t count_fields_along(const VPropstruct& fields, const std::string& pat
 
 }  // namespace
 
+// A few names are looked for one by one; for more of them all fields are put into the index, each of which
+// takes as long as passing many.
 Field_index::Field_index(VPropstruct& fields, std::size_t count, Field_search_budget& budget)
-    : fields_(fields), is_small_(fields.size() + count <= small_count), budget_(budget) {
-  if (!fields.empty()) budget.spend(fields.size());
+    : fields_(fields), is_small_(count <= small_count), budget_(budget) {
+  constexpr std::size_t cost_of_indexing = 64;
+  budget.spend(fields.size() * (is_small_ ? count : cost_of_indexing));
   if (is_small_) return;
   fields_.reserve(fields.size() + count);
   places_.reserve(fields.size() + count);
