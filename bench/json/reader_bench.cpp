@@ -12,7 +12,7 @@
 #include <string>
 #include <utility>
 
-#include "peer_comparison.h"
+#include "support/peer_comparison.h"
 
 namespace {
 

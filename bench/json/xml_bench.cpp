@@ -13,7 +13,7 @@
 #include <sstream>
 #include <string>
 
-#include "peer_comparison.h"
+#include "support/peer_comparison.h"
 
 namespace {
 

@@ -17,8 +17,9 @@
 /// \param[out] destination  an object of the type that `id` stands for.
 /// \param id  the kind that is wanted, with the array flag for an array.
 /// \throws VrelError (-1) "Invalid cast!" for kinds that nothing is converted between, such as texts and
-///   structs; "Cannot cast from array to scalar!". An array has its new shape already where the complex
-///   numbers of another are refused; in all other cases nothing has changed.
+///   structs, and for an array without a first element; "Cannot cast from array to scalar!"; "Invalid size
+///   vector in property array!". An array has its new shape already where the complex numbers of another
+///   are refused; in all other cases nothing has changed.
 VRELIO_EXPORT void vrel_prop_cast(const VProp& source, void* destination, int id);
 
 /// The text of a number, a bool, a text (in UTF-8), or an array of numbers or bools with blanks between
