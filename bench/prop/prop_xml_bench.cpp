@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "json/peer_comparison.h"
+#include "support/peer_comparison.h"
 
 namespace {
 
