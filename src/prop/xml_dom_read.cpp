@@ -99,6 +99,7 @@ Xml_document::Xml_document(const std::string& text) : document_(std::make_unique
   const Kept_blanks kept;
   document_->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
   if (document_->Error()) throw Xml_error(document_->ErrorDesc());
+  if (!root()) throw Xml_error("There is no element");
 }
 
 Xml_document::~Xml_document() = default;

@@ -64,12 +64,14 @@ std::uint64_t count_of(const VProparrayBase::index_list& size) {
   return count;
 }
 
+[[noreturn]] void raise_invalid_structs() { raise(id_plain, "Invalid struct array!"); }
+
 // Intended: where the number of fields cannot be told, as for no elements, and for elements without
 // fields, which take no space in the document, nothing is read;
-// PropXmlTest.AnArrayOfStructsWithoutFieldsIsNotRead.
+// PropXmlReadTest.AnArrayOfStructsWithoutFieldsIsNotRead.
 std::size_t count_fields(std::uint64_t structs, std::size_t children) {
   if (structs == 0 || children < structs || children % structs != 0) {
-    raise(id_plain, "Invalid struct array!");
+    raise_invalid_structs();
   }
   return static_cast<std::size_t>(children / structs);
 }
@@ -135,7 +137,7 @@ void Xml_value_reader::read_cells(VProp& value) {
 
 void Xml_value_reader::read_struct(VProp& value) {
   auto& fields = value.get<VPropstruct>();
-  Field_index index(fields, fields.size() + current_.count_children());
+  Field_index index(fields, current_.count_children(), budget_);
   for (Xml_view child = current_.first_child(); child; child = child.next()) {
     read(child, index.at(child.name()));
   }
@@ -146,21 +148,25 @@ void Xml_value_reader::read_structs(VProp& value) {
   const std::uint64_t count = count_of(size);
   const std::size_t field_count = count_fields(count, current_.count_children());
   auto& structs = value.get<VProparray<VPropstruct>>();
-  const std::size_t begin = structs.size();
-  structs.reserve(begin + count);
+  structs.reserve(structs.size() + count);
+  Field_index first(structs.emplace_back(), field_count, budget_);
   Xml_view child = current_.first_child();
-  for (std::size_t i = 0; i < count; ++i) {
-    structs.emplace_back();
-    Field_index first(structs[begin], field_count);
-    Field_index index(structs.back(), field_count);
+  for (std::size_t field = 0; field < field_count; ++field, child = child.next()) {
+    read_field(child, 1, first);
+  }
+  for (std::uint64_t place = 2; place <= count; ++place) {
+    Field_index index(structs.emplace_back(), field_count, budget_);
     for (std::size_t field = 0; field < field_count; ++field, child = child.next()) {
-      const bool is_ours = find_integer(child, "idx") == static_cast<int>(i + 1);
-      const bool is_known = i == 0 || first.has(child.name());
-      if (!is_ours || !is_known) raise(id_plain, "Invalid struct array!");
-      read(child, index.at(child.name()));
+      if (!first.has(child.name())) raise_invalid_structs();
+      read_field(child, place, index);
     }
   }
   structs.set_size(size, VProparrayBase::set_mode_checked);
+}
+
+void Xml_value_reader::read_field(Xml_view child, std::uint64_t place, Field_index& index) {
+  if (find_integer(child, "idx") != static_cast<int>(place)) raise_invalid_structs();
+  read(child, index.at(child.name()));
 }
 
 }  // namespace Vrel::detail

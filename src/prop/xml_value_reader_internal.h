@@ -3,6 +3,9 @@
 
 #include <vrelio/prop/prop.h>
 
+#include <cstdint>
+
+#include "prop/field_index_internal.h"
 #include "prop/xml_dom_internal.h"
 
 namespace Vrel::detail {
@@ -25,9 +28,11 @@ class Xml_value_reader {
   void read_cells(VProp& value);
   void read_struct(VProp& value);
   void read_structs(VProp& value);
+  void read_field(Xml_view child, std::uint64_t place, Field_index& index);
   void read_complex(VProp& value);
 
   Xml_view current_;
+  Field_search_budget budget_;
 };
 
 }  // namespace Vrel::detail

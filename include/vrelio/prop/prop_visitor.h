@@ -2,6 +2,7 @@
 #pragma once
 
 #include <vrelio/export.h>
+#include <vrelio/foundation/propstring.h>
 #include <vrelio/prop/prop.h>
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
