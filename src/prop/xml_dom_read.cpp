@@ -1,32 +1,16 @@
 #include <tinyxml.h>
 
-#include <mutex>
-
 #include "prop/xml_dom_internal.h"
 #include "prop/xml_guard_internal.h"
 
 namespace Vrel::detail {
 namespace {
 
-// Blanks are kept while this lives. The library has one setting for all threads.
-class Kept_blanks {
- public:
-  Kept_blanks() : lock_(mutex()), condensed_(TiXmlBase::IsWhiteSpaceCondensed()) {
-    TiXmlBase::SetCondenseWhiteSpace(false);
-  }
-  ~Kept_blanks() { TiXmlBase::SetCondenseWhiteSpace(condensed_); }
-  Kept_blanks(const Kept_blanks&) = delete;
-  Kept_blanks& operator=(const Kept_blanks&) = delete;
-
- private:
-  static std::mutex& mutex() {
-    static std::mutex one;
-    return one;
-  }
-
-  std::lock_guard<std::mutex> lock_;
-  bool condensed_;
-};
+// The XML library has one setting for the process. It stays: putting it back could take away the blanks of
+// a document that another thread is parsing.
+void keep_blanks() {
+  if (TiXmlBase::IsWhiteSpaceCondensed()) TiXmlBase::SetCondenseWhiteSpace(false);
+}
 
 // The following or preceding neighbours of the same name.
 template <class Step>
@@ -96,7 +80,7 @@ std::string Xml_view::step() const {
 Xml_document::Xml_document(const std::string& text) : document_(std::make_unique<TiXmlDocument>()) {
   check_xml(text);
   document_->SetTabSize(0);
-  const Kept_blanks kept;
+  keep_blanks();
   document_->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
   if (document_->Error()) throw Xml_error(document_->ErrorDesc());
   if (!root()) throw Xml_error("There is no element");

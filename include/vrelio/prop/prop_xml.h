@@ -37,6 +37,8 @@ VRELIO_EXPORT void vrel_export_xml(std::string& out, const VProp& value, int fla
 
 /// Read a value from XML.
 ///
+/// The XML library of the process (TinyXML) keeps white space from then on.
+///
 /// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other.
 /// \param[in,out] value  takes what is read; it should be empty. Fields are added to a struct, elements to an
 ///   array of structs, texts or values, and a value of another kind is refused. After an error it may be
