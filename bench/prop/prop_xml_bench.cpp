@@ -1,5 +1,6 @@
-// Property trees as XML beside the library that parses and prints the same text, which makes no values
-// of it.
+// Property trees as XML beside the library that parses and prints the same text. The peer makes no values
+// when it reads, and it needs none when it writes: its elements are copied from those it has, since a
+// program that writes by it has to build them.
 #include <tinyxml.h>
 #include <vrelio/prop/prop_xml.h>
 
@@ -71,7 +72,8 @@ std::unique_ptr<TiXmlDocument> parse(const std::string& text) {
   return document;
 }
 
-std::string print(const TiXmlDocument& document) {
+std::string build_and_print(const TiXmlDocument& elements) {
+  const TiXmlDocument document(elements);
   TiXmlPrinter printer;
   printer.SetStreamPrinting();
   document.Accept(&printer);
@@ -87,7 +89,7 @@ void compare_reading(const std::string& name, const std::string& text) {
 void compare_writing(const std::string& name, const std::string& text, const VProp& tree) {
   const auto document = parse(text);
   compare((name + ", write").c_str(), text.size(), [&] { write_tree(tree); },
-          [&] { print(*document); });
+          [&] { build_and_print(*document); });
 }
 
 void compare_tree(const std::string& name, const VProp& tree) {
