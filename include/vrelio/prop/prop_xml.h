@@ -83,10 +83,11 @@ class VRELIO_EXPORT VPropXmlExport : public VPropVisitor {
 
   std::vector<Vrel::detail::Xml_element> elements_;
   std::string separator_ = " ";
-  int version_ = 1;
-  int default_format_ = vrel_xml_root;
+  // Without use so far; they keep their places in the layout.
+  [[maybe_unused]] int version_ = 1;
+  [[maybe_unused]] int default_format_ = vrel_xml_root;
   int format_;
-  int step_ = 1;
+  [[maybe_unused]] int step_ = 1;
 };
 
 #pragma GCC diagnostic pop
