@@ -149,7 +149,6 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
     return this->at(get_idx(val2pos(i, j, k, l), true));
   }
   /// An element; see `get_idx`.
-  /// \throws std::out_of_range if a stored shape that was not checked has more elements than the array.
   typename std::vector<T>::const_reference operator()(
       unsigned int i, unsigned int j = VProparrayBase::not_given,
       unsigned int k = VProparrayBase::not_given,
