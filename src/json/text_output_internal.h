@@ -1,6 +1,7 @@
 // Text on its way to a stream, gathered so that the stream is called once for many pieces.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <ostream>
 #include <string>
@@ -20,6 +21,19 @@ class TextOutput {
   void put(std::string_view text) {
     text_.append(text);
     if (text_.size() >= capacity) hand_over();
+  }
+  /// A text in which each character that `is_special` is left to `put_special`, which puts something
+  /// else.
+  template <class IsSpecial, class PutSpecial>
+  void put_escaped(std::string_view text, IsSpecial is_special, PutSpecial put_special) {
+    while (true) {
+      const auto special = std::find_if(text.begin(), text.end(), is_special);
+      const auto length = static_cast<std::size_t>(special - text.begin());
+      put(text.substr(0, length));
+      if (special == text.end()) return;
+      put_special(*special);
+      text.remove_prefix(length + 1);
+    }
   }
   /// "true" or "false".
   void put_boolean(bool boolean) { put(boolean ? std::string_view("true") : "false"); }

@@ -1,8 +1,6 @@
 // The JSON text of a value.
 #include <vrelio/json/value.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <ostream>
 #include <string_view>
 #include <vector>
@@ -103,16 +101,10 @@ class TextWriter {
 
   void write_string(std::string_view string) {
     out_.put('"');
-    auto rest = string.begin();
-    while (true) {
-      const auto special = std::find_if(rest, string.end(), needs_backslash);
-      out_.put(string.substr(static_cast<std::size_t>(rest - string.begin()),
-                             static_cast<std::size_t>(special - rest)));
-      if (special == string.end()) break;
+    out_.put_escaped(string, needs_backslash, [this](char c) {
       out_.put('\\');
-      out_.put(*special);
-      rest = special + 1;
-    }
+      out_.put(c);
+    });
     out_.put('"');
   }
 

@@ -1,7 +1,5 @@
 #include <vrelio/json/write_xml.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -161,15 +159,7 @@ class XmlWriter {
   }
 
   void write_string(std::string_view string) {
-    auto rest = string.begin();
-    while (true) {
-      const auto special = std::find_if(rest, string.end(), is_escaped);
-      out_.put(string.substr(static_cast<std::size_t>(rest - string.begin()),
-                             static_cast<std::size_t>(special - rest)));
-      if (special == string.end()) return;
-      write_reference(*special);
-      rest = special + 1;
-    }
+    out_.put_escaped(string, is_escaped, [this](char c) { write_reference(c); });
   }
 
   void write_reference(char c) {

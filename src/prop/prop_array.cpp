@@ -6,14 +6,12 @@
 #include <utility>
 
 #include "foundation/raise_internal.h"
+#include "prop/shape_internal.h"
 
 using namespace Vrel::detail;
 
-namespace {
+namespace Vrel::detail {
 
-constexpr std::uint64_t highest_count = 0xFFFFFFFF;
-
-// 0 for an empty shape; above `highest_count` for every product that 32 bits do not hold.
 std::uint64_t element_count(const VProparrayBase::index_list& shape) {
   if (shape.empty() || std::find(shape.begin(), shape.end(), 0U) != shape.end()) return 0;
   std::uint64_t count = 1;
@@ -23,6 +21,10 @@ std::uint64_t element_count(const VProparrayBase::index_list& shape) {
   }
   return count;
 }
+
+}  // namespace Vrel::detail
+
+namespace {
 
 unsigned int countable(std::uint64_t count) {
   if (count > highest_count) raise(id_plain, "Property array too large!");

@@ -2,7 +2,6 @@
 
 #include <vrelio/prop/prop_cast.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,6 +10,7 @@
 #include "foundation/raise_internal.h"
 #include "prop/field_index_internal.h"
 #include "prop/kind_list_internal.h"
+#include "prop/shape_internal.h"
 #include "prop/xml_attributes_internal.h"
 #include "prop/xml_form_internal.h"
 
@@ -51,17 +51,6 @@ void read_numbers(Xml_view element, int id, VProp& value) {
   std::string text = element.find_text().value_or(std::string());
   VProp read = vrel_string2val(text, id | array_flag);
   put(value, read);
-}
-
-// The number of elements; one that is not counted is above any count.
-std::uint64_t count_of(const VProparrayBase::index_list& size) {
-  std::uint64_t count =
-      size.empty() || std::find(size.begin(), size.end(), 0U) != size.end() ? 0 : 1;
-  for (const unsigned int length : size) {
-    count *= length;
-    if (count > 0xFFFFFFFF) break;
-  }
-  return count;
 }
 
 [[noreturn]] void raise_invalid_structs() { raise(id_plain, "Invalid struct array!"); }
@@ -145,7 +134,7 @@ void Xml_value_reader::read_struct(VProp& value) {
 
 void Xml_value_reader::read_structs(VProp& value) {
   const VProparrayBase::index_list size = read_size(current_);
-  const std::uint64_t count = count_of(size);
+  const std::uint64_t count = element_count(size);
   const std::size_t field_count = count_fields(count, current_.count_children());
   auto& structs = value.get<VProparray<VPropstruct>>();
   structs.reserve(structs.size() + count);

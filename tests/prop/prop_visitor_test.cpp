@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "prop/nested_cells.h"
 #include "support/expect_error.h"
 
 // Visitors have no virtual destructor.
@@ -53,16 +54,6 @@ VProp two_fields() {
   VProp value;
   value["a"] = 1;
   value["b"] = 2;
-  return value;
-}
-
-VProp nested_cells(int levels) {
-  VProp value;
-  for (int i = 1; i < levels; ++i) {
-    VProp outer;
-    outer(0U).swap(value);
-    value.swap(outer);
-  }
   return value;
 }
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <string>
 
+#include "prop/nested_cells.h"
 #include "si/comma_locale.h"
 #include "support/expect_error.h"
 
@@ -38,16 +39,6 @@ VProp shaped(const VProparrayBase::index_list& size) {
   VProparray<T> array;
   array.set_size(size, VProparrayBase::set_mode_resize);
   return array;
-}
-
-VProp nested_cells(int levels) {
-  VProp value;
-  for (int i = 1; i < levels; ++i) {
-    VProp outer;
-    outer(0U).swap(value);
-    value.swap(outer);
-  }
-  return value;
 }
 
 // --- Elements
