@@ -26,4 +26,9 @@ bool is_uuid(const std::string& text) {
   return !QUuid::fromString(QString::fromStdString(text)).isNull();
 }
 
+std::string current_date_time() {
+  const QDateTime now = QDateTime::currentDateTime();
+  return now.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODate).toStdString();
+}
+
 }  // namespace Ome

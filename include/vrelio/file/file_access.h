@@ -3,11 +3,9 @@
 #pragma once
 
 #include <vrelio/export.h>
+#include <vrelio/foundation/integers.h>
 
 #include <string>
-
-/// File positions, stored sizes and counts that a file can carry.
-using u64 = unsigned long long;
 
 /// A stream of bytes with one position. One thread at a time.
 class VRELIO_EXPORT VFileAccess {

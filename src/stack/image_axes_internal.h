@@ -1,0 +1,33 @@
+// What the OME image of a stack says of the stack's axes.
+#pragma once
+
+#include <vrelio/ome/image.h>
+
+#include <vector>
+
+namespace Vrel::detail {
+
+using OmeImage = Ome::Image<Json::SignalingReference>;
+
+/// Set the sizes; those that are left out are 1. Raises std::invalid_argument "Unsupported zero size"
+/// or "Unsupported number of sizes" for more than 5, and "bad cast" for one above 2^31 - 1.
+void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes);
+
+/// Whether the image has a place for the length of an axis.
+bool has_image_step(const OmeImage& image, unsigned int axis, double length);
+/// Set the physical step of an axis from its number of elements and its length. Raises
+/// std::invalid_argument "Unsupported physical dimension" for axes without one, and "bad cast" for a length
+/// that is not positive.
+void set_image_step(OmeImage& image, unsigned int axis, unsigned int size, double length);
+
+/// Whether the planes of the image have a place for a position on an axis.
+bool has_image_offset(const OmeImage& image, unsigned int axis);
+/// Set the position of every plane on an axis. Raises std::invalid_argument "Unsupported physical
+/// dimension" for axes without one, and "bad cast" for a plane without an index on its axis or an image
+/// without the step.
+void set_image_offset(OmeImage& image, unsigned int axis, double offset);
+
+/// The letter of an axis, 0 if it has none.
+char get_axis_letter(const OmeImage& image, unsigned int axis);
+
+}  // namespace Vrel::detail

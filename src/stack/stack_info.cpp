@@ -1,0 +1,3 @@
+#include <vrelio/stack/stack_info.h>
+
+VStackInfoInterface::~VStackInfoInterface() = default;
