@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <iostream>
 #include <limits>
 #include <stdexcept>
 #include <type_traits>
@@ -152,6 +152,27 @@ TEST(OmeListenerTest, WithoutAListenerAnObjectStaysNull) {
   channel.LightPath = Json::Object{{"x", 1}};
   channel.LightPath = Value();
   EXPECT_TRUE(channel.LightPath.value().is_null());
+}
+
+// The example of docs/ome.md.
+class SizePrinter : public Json::Listener {
+ public:
+  void on_change(const void* value) override {
+    std::cout << "SizeX: " << *static_cast<const int*>(value) << "\n";
+  }
+};
+
+TEST(OmeListenerTest, TheExampleOfThePagePrints) {
+  testing::internal::CaptureStdout();
+  Json::Value tree;
+  Ome::Document<Json::SignalingReference> document(&tree);
+  const auto image = document.Image.append();
+  image->Name = "cells";
+  image->SizeX.set_listener(boost::make_shared<SizePrinter>());
+  image->SizeX = 512;
+  image->Channel.append()->Color = 255;
+  std::cout << image->Name.value() << "\n";
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "SizeX: 512\n\"cells\"\n");
 }
 
 class ThrowingListener : public Json::Listener {
