@@ -3,12 +3,19 @@
 #include <QDateTime>
 #include <QString>
 #include <QUuid>
+#include <cstddef>
 
 namespace Ome {
 namespace {
 
 constexpr std::size_t plain_uuid_size = 36;
-constexpr std::size_t braced_uuid_size = 38;
+constexpr std::size_t braced_uuid_size = plain_uuid_size + 2;
+
+// Whether the text has the length of a UUID, and both braces or none.
+bool is_uuid_sized(const std::string& text) {
+  if (text.size() == plain_uuid_size) return text.front() != '{';
+  return text.size() == braced_uuid_size && text.front() == '{' && text.back() == '}';
+}
 
 bool is_iso(const QString& text) { return QDateTime::fromString(text, Qt::ISODate).isValid(); }
 
@@ -20,10 +27,9 @@ bool is_date_time(const std::string& text) {
   return is_iso(plain + QLatin1Char('Z')) || is_iso(plain);
 }
 
-// The class reads no further than it has to.
+// The class of Qt reads no further than it has to, and takes any last character for a brace.
 bool is_uuid(const std::string& text) {
-  if (text.size() != plain_uuid_size && text.size() != braced_uuid_size) return false;
-  return !QUuid::fromString(QString::fromStdString(text)).isNull();
+  return is_uuid_sized(text) && !QUuid::fromString(QString::fromStdString(text)).isNull();
 }
 
 std::string current_date_time() {
