@@ -1,7 +1,9 @@
 #include "support/system_fault.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/types.h>
+
 #include <cerrno>
 #include <cstdarg>
 #include <cstdlib>
@@ -11,6 +13,7 @@ namespace {
 const Vrel::testing::Fault* active = nullptr;
 int seen = 0;
 bool hit = false;
+std::string name_of_shared_memory;
 
 bool fails(Vrel::testing::SystemCall call) {
   if (active == nullptr || active->call != call) return false;
@@ -45,6 +48,10 @@ ssize_t __real_write(int descriptor, const void* buffer, std::size_t size);
 off_t __real_lseek(int descriptor, off_t offset, int whence);
 int __real_flock(int descriptor, int operation);
 int __real_ftruncate(int descriptor, off_t length);
+int __real_posix_fallocate(int descriptor, off_t offset, off_t length);
+int __real_shm_open(const char* name, int flags, mode_t permissions);
+void* __real_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
+                  off_t offset);
 
 int __wrap_open(const char* name, int flags, ...);
 ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size);
@@ -52,6 +59,10 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size);
 off_t __wrap_lseek(int descriptor, off_t offset, int whence);
 int __wrap_flock(int descriptor, int operation);
 int __wrap_ftruncate(int descriptor, off_t length);
+int __wrap_posix_fallocate(int descriptor, off_t offset, off_t length);
+int __wrap_shm_open(const char* name, int flags, mode_t permissions);
+void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
+                  off_t offset);
 
 using Vrel::testing::SystemCall;
 
@@ -84,6 +95,27 @@ int __wrap_flock(int descriptor, int operation) {
 int __wrap_ftruncate(int descriptor, off_t length) {
   return faulty<int>(SystemCall::truncate, [&] { return __real_ftruncate(descriptor, length); });
 }
+
+// Answers the error number itself.
+int __wrap_posix_fallocate(int descriptor, off_t offset, off_t length) {
+  if (fails(SystemCall::reserve)) return active->error;
+  return __real_posix_fallocate(descriptor, offset, length);
+}
+
+int __wrap_shm_open(const char* name, int flags, mode_t permissions) {
+  name_of_shared_memory = name;
+  return faulty<int>(SystemCall::open_shared,
+                     [&] { return __real_shm_open(name, flags, permissions); });
+}
+
+void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
+                  off_t offset) {
+  if (!fails(SystemCall::map)) {
+    return __real_mmap(address, size, protection, flags, descriptor, offset);
+  }
+  errno = active->error;
+  return MAP_FAILED;
+}
 }
 
 namespace Vrel::testing {
@@ -102,5 +134,7 @@ ScopedSystemFault::~ScopedSystemFault() {
 int ScopedSystemFault::calls() const { return seen; }
 
 bool ScopedSystemFault::happened() const { return hit; }
+
+std::string last_name_of_shared_memory() { return name_of_shared_memory; }
 
 }  // namespace Vrel::testing

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace Vrel::testing {
 
-enum class SystemCall { open, read, write, seek, lock, truncate };
+enum class SystemCall { open, read, write, seek, lock, truncate, reserve, open_shared, map };
 
 struct Fault {
   SystemCall call;
@@ -30,5 +31,8 @@ class ScopedSystemFault {
   int calls() const;
   bool happened() const;
 };
+
+// The name that was last given to shm_open, whether it succeeded or not.
+std::string last_name_of_shared_memory();
 
 }  // namespace Vrel::testing
