@@ -105,6 +105,20 @@ TEST(PropTest, ACopyIsOfOneLevel) {
   EXPECT_EQ(std::as_const(a)["z"].get<int>(), 2);
 }
 
+TEST(PropTest, ChangingALeafOfACopyCopiesTheLevelsOfItsPathAlone) {
+  VProp tree;
+  for (const char* const path : {"a.b.c", "a.b.beside", "a.beside.x", "beside.x"}) tree[path] = 1;
+  VProp copy(tree);
+  copy["a.b.c"] = 2;
+  const VProp& read = tree;
+  for (const char* const path : {"", "a", "a.b", "a.b.c"}) {
+    EXPECT_FALSE(is_shared(read[path], std::as_const(copy)[path])) << path;
+  }
+  for (const char* const path : {"a.b.beside", "a.beside", "beside"}) {
+    EXPECT_TRUE(is_shared(read[path], std::as_const(copy)[path])) << path;
+  }
+}
+
 TEST(PropTest, AssigningAPartOfItselfTakesThePart) {
   VProp value;
   value["a.b"] = 7;
