@@ -1,100 +1,51 @@
-// The 48 kinds of values, to be gone through: as types, and at run time.
+// The 48 kinds of values, to be gone through at run time. What has to be done by type is done in one file,
+// so that loops over kinds cost a test next to nothing to compile.
 #pragma once
 
-#include <vrelio/foundation/data_type.h>
-#include <vrelio/foundation/propstring.h>
 #include <vrelio/prop/prop.h>
-#include <vrelio/prop/prop_array.h>
-#include <vrelio/prop/prop_struct.h>
 
 #include <complex>
-#include <memory>
+#include <cstdint>
+#include <iosfwd>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 namespace Vrel::testing {
 
-template <class T>
-struct type_tag {
-  using type = T;
-};
+enum class KindGroup { integer, decimal, logical, complex, other };
 
-/// Calls with a tag of each of the types.
-template <class... T, class Call>
-void for_each_type(Call call) {
-  (call(type_tag<T>()), ...);
-}
-
-template <class Call>
-void for_each_real(Call call) {
-  for_each_type<unsigned char, char, unsigned short, short, unsigned int, int, float, double,
-                unsigned long long, long long>(call);
-}
-
-template <class Call>
-void for_each_real_and_bool(Call call) {
-  for_each_real(call);
-  for_each_type<bool>(call);
-}
-
-template <class Call>
-void for_each_complex(Call call) {
-  for_each_real(
-      [&call](auto tag) { call(type_tag<std::complex<typename decltype(tag)::type>>()); });
-}
-
-/// The numbers and bool.
-template <class Call>
-void for_each_number(Call call) {
-  for_each_real_and_bool(call);
-  for_each_complex(call);
-}
-
-enum class KindGroup { real, complex, other };
-
-/// A kind with a value of its own, held by a handle and to be written to.
 struct Kind {
   int id;
-  KindGroup group;
+  std::string name;  ///< of the element, as errors and XML have it
+  KindGroup group;   ///< of the element
   bool is_array;
-  VProp sample;                  ///< 1 or (1,2); as an array with 0 behind it
-  std::shared_ptr<void> target;  ///< 0, or an array of two
-  VProp (*held)(const void*);    ///< the target as a value
+  const std::type_info* type;
+  VProp plain;                        ///< the default value of the type
+  VProp sample;                       ///< 1 or (1,2); as an array with a second element of 0
+  VProp changed;                      ///< the sample with another last part of its last element
+  std::string text;                   ///< of the sample; empty if it has none
+  const void* (*read)(const VProp&);  ///< typed access
+  void* (*write)(VProp&);             ///< typed access that could change the value
+
+  /// The first of some numbers or, as an array, all; null where the elements are no numbers.
+  VProp (*of_numbers)(const std::vector<std::complex<double>>& numbers);
+  /// As `of_numbers`, each from two words of bits; not-a-number, which equals nothing, as 0.
+  VProp (*of_bits)(const std::vector<std::uint64_t>& bits);
+
+  bool is_numeric() const { return group != KindGroup::other; }
 };
 
-template <class T>
-Kind make_kind(KindGroup group, bool is_array, const T& sample, const T& target) {
-  return {prop_id<T>,
-          group,
-          is_array,
-          VProp(sample),
-          std::make_shared<T>(target),
-          [](const void* value) { return VProp(*static_cast<const T*>(value)); }};
-}
+/// All 48, those of numbers first.
+const std::vector<Kind>& every_kind();
+/// The one of an id; there has to be one.
+const Kind& kind_of(int id);
+/// The 42 of numbers and bools.
+std::vector<Kind> every_numeric_kind();
 
-template <class T>
-void add_kinds(std::vector<Kind>& kinds, KindGroup group, const T& sample) {
-  kinds.push_back(make_kind(group, false, sample, T()));
-  VProparray<T> array(2);
-  array[0] = sample;
-  kinds.push_back(make_kind(group, true, array, VProparray<T>(2)));
-}
-
-inline std::vector<Kind> make_every_kind() {
-  std::vector<Kind> kinds;
-  for_each_real_and_bool([&kinds](auto tag) {
-    using T = typename decltype(tag)::type;
-    add_kinds(kinds, KindGroup::real, static_cast<T>(1));
-  });
-  for_each_real([&kinds](auto tag) {
-    using T = typename decltype(tag)::type;
-    add_kinds(kinds, KindGroup::complex, std::complex<T>(T{1}, T{2}));
-  });
-  add_kinds(kinds, KindGroup::other, VPropstring(L"1"));
-  add_kinds(kinds, KindGroup::other, VPropstruct{{"a", VProp(1)}});
-  kinds.push_back(make_kind(KindGroup::other, true, VProparray<VProp>(2), VProparray<VProp>(2)));
-  kinds.push_back(make_kind(KindGroup::other, false, _s_vrel_RGB{1, 2, 3}, _s_vrel_RGB{0, 0, 0}));
-  return kinds;
-}
+/// As errors name it: with brackets for an array.
+std::string full_name(const Kind& kind);
+/// For failures: name and id.
+std::ostream& operator<<(std::ostream& out, const Kind& kind);
 
 }  // namespace Vrel::testing

@@ -34,65 +34,6 @@ TEST(PropTest, ANewValueHoldsNothing) {
   EXPECT_EQ(value.type(), typeid(void));
 }
 
-template <class T>
-class PropKindTest : public testing::Test {};
-
-template <class... T>
-using with_arrays =
-    testing::Types<T..., std::complex<T>..., VProparray<T>..., VProparray<std::complex<T>>...,
-                   _s_vrel_RGB, VPropstruct, bool, VPropstring, VProparray<VProp>,
-                   VProparray<VPropstruct>, VProparray<bool>, VProparray<VPropstring>>;
-
-using Kinds = with_arrays<unsigned char, char, unsigned short, short, unsigned int, int, float,
-                          double, unsigned long long, long long>;
-
-TYPED_TEST_SUITE(PropKindTest, Kinds);
-
-TYPED_TEST(PropKindTest, IsHeldUnderItsIdAndType) {
-  const VProp value{TypeParam()};
-  EXPECT_FALSE(value.empty());
-  EXPECT_EQ(value.get_id(), Vrel::prop_id<TypeParam>);
-  EXPECT_EQ(value.type(), typeid(TypeParam));
-  EXPECT_EQ(&value.get<TypeParam>(), value.value_ptr());
-}
-
-TYPED_TEST(PropKindTest, IsTheTypeThatTheRegistryNames) {
-  const VProp value{TypeParam()};
-  EXPECT_EQ(*vrel_dt_get_type(value.get_id()), typeid(TypeParam));
-}
-
-TYPED_TEST(PropKindTest, EqualsItsCopyAndNoOtherKind) {
-  const VProp value{TypeParam()};
-  VProp copy(value);
-  copy.own();
-  EXPECT_FALSE(is_shared(value, copy));
-  EXPECT_TRUE(value == copy);
-  EXPECT_FALSE(value == VProp());
-  const bool is_char = std::is_same_v<TypeParam, char>;
-  EXPECT_TRUE(value != (is_char ? VProp(true) : VProp(char{})));
-}
-
-TYPED_TEST(PropKindTest, IsMadeByMutableAccessToNothing) {
-  VProp value;
-  value.get<TypeParam>();
-  EXPECT_TRUE(value == VProp(TypeParam()));
-}
-
-TEST(PropTest, ThereAre48Kinds) {
-  constexpr int flags[] = {0, 0x40000000, Vrel::prop_array_flag,
-                           0x40000000 | Vrel::prop_array_flag};
-  int count = 0;
-  for (const int flag : flags) {
-    for (int bit = 0; bit < 20; ++bit) {
-      const int id = flag | 1 << bit;
-      const bool is_element_only =
-          id == 0x4000 || id == 2048 || id == (2048 | Vrel::prop_array_flag);
-      if (*vrel_dt_get_type(id) != typeid(void) && !is_element_only) ++count;
-    }
-  }
-  EXPECT_EQ(count, 48);
-}
-
 TEST(PropTest, IntegersWithoutAnIdOfTheirOwnGoByTheirSize) {
   EXPECT_EQ(VProp(std::int64_t{5}).get<long long>(), 5);
   EXPECT_EQ(VProp(std::uint64_t{5}).get<unsigned long long>(), 5U);
@@ -162,6 +103,20 @@ TEST(PropTest, ACopyIsOfOneLevel) {
   b["x.y"] = 4;
   EXPECT_EQ(std::as_const(a)["x.y"].get<int>(), 1);
   EXPECT_EQ(std::as_const(a)["z"].get<int>(), 2);
+}
+
+TEST(PropTest, ChangingALeafOfACopyCopiesTheLevelsOfItsPathAlone) {
+  VProp tree;
+  for (const char* const path : {"a.b.c", "a.b.beside", "a.beside.x", "beside.x"}) tree[path] = 1;
+  VProp copy(tree);
+  copy["a.b.c"] = 2;
+  const VProp& read = tree;
+  for (const char* const path : {"", "a", "a.b", "a.b.c"}) {
+    EXPECT_FALSE(is_shared(read[path], std::as_const(copy)[path])) << path;
+  }
+  for (const char* const path : {"a.b.beside", "a.beside", "beside"}) {
+    EXPECT_TRUE(is_shared(read[path], std::as_const(copy)[path])) << path;
+  }
 }
 
 TEST(PropTest, AssigningAPartOfItselfTakesThePart) {

@@ -5,6 +5,7 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
 
+#include <cmath>
 #include <complex>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -34,6 +35,20 @@ TEST(PropertyTextTest, DecimalsHaveAsManyDigitsAsTellThemApart) {
   EXPECT_EQ(to_text(VProp(0.1)), "double 0.1\n");
   EXPECT_EQ(to_text(VProp(0.1F)), "single 0.1\n");
   EXPECT_EQ(to_text(VProp(-std::numeric_limits<double>::infinity())), "double -Inf\n");
+}
+
+TEST(PropertyTextTest, ElementsAndPartsHaveAsManyDigitsAsSingleNumbers) {
+  using Single = std::complex<float>;
+  using Double = std::complex<double>;
+  EXPECT_EQ(to_text(VProp(VProparray<float>{0.1F, -1.5F, 1e20F})),
+            "single [1 x 3] 0.1 -1.5 1e+20\n");
+  EXPECT_EQ(to_text(VProp(VProparray<double>{0.1, 1.0 / 3.0})),
+            "double [1 x 2] 0.1 0.3333333333333333\n");
+  EXPECT_EQ(to_text(VProp(Single(0.1F, -0.2F))), "cplx_single (0.1,-0.2)\n");
+  EXPECT_EQ(to_text(VProp(Double(0.1, 1.0 / 3.0))), "cplx_double (0.1,0.3333333333333333)\n");
+  EXPECT_EQ(to_text(VProp(VProparray<Single>{{0.1F, 0.0F}, {1.0F / 3.0F, INFINITY}})),
+            "cplx_single [1 x 2] (0.1,0) (0.33333334,Inf)\n");
+  EXPECT_EQ(to_text(VProp(std::complex<int>(1, -2))), "cplx_int32 (1,-2)\n");
 }
 
 TEST(PropertyTextTest, ArraysShowTheirSizeAndElements) {
@@ -90,6 +105,13 @@ TEST(PropertyPlainTextTest, NumbersAndTextsStandAlone) {
   EXPECT_EQ(to_plain_text(VProp(utf8("\xC2\xB5 \"m\""))), "\xC2\xB5 \"m\"\n");
 }
 
+TEST(PropertyPlainTextTest, DecimalsHaveAsManyDigitsAsTellThemApart) {
+  EXPECT_EQ(to_plain_text(VProp(0.1)), "0.1\n");
+  EXPECT_EQ(to_plain_text(VProp(VProparray<float>{0.1F, 0.2F})), "0.1 0.2\n");
+  EXPECT_EQ(to_plain_text(VProp(std::complex<float>(0.1F, 0.2F))), "(0.1,0.2)\n");
+  EXPECT_EQ(to_plain_text(VProp(VProparray<float>())), "\n");
+}
+
 TEST(PropertyPlainTextTest, OtherValuesAreTrees) {
   VProp tree;
   tree["a"] = 1;
@@ -118,6 +140,16 @@ TEST(PropertyJsonTest, WhatJsonHasNoNumberForIsNull) {
 TEST(PropertyJsonTest, ComplexNumbersArePairs) {
   EXPECT_EQ(to_json(VProp(std::complex<double>(0.5, -2))), "[0.5,-2]\n");
   EXPECT_EQ(to_json(VProp(VProparray<std::complex<int>>{{1, 2}, {3, 4}})), "[[1,2],[3,4]]\n");
+}
+
+TEST(PropertyJsonTest, DecimalsHaveAsManyDigitsAsTellThemApart) {
+  using Single = std::complex<float>;
+  EXPECT_EQ(to_json(VProp(0.1)), "0.1\n");
+  EXPECT_EQ(to_json(VProp(0.1F)), "0.1\n");
+  EXPECT_EQ(to_json(VProp(VProparray<float>{0.1F, 1.0F / 3.0F})), "[0.1,0.33333334]\n");
+  EXPECT_EQ(to_json(VProp(Single(0.1F, -0.2F))), "[0.1,-0.2]\n");
+  EXPECT_EQ(to_json(VProp(VProparray<Single>{{0.1F, 1e20F}, {0.0F, INFINITY}})),
+            "[[0.1,1e+20],[0,null]]\n");
 }
 
 TEST(PropertyJsonTest, RowsAreArraysAndOthersHaveTheirSize) {

@@ -22,7 +22,8 @@ bool is_numeric(int id);
 /// The id of one element.
 int element_id(int id);
 
-/// The texts of the numbers or bools that a value holds, as `vrel_val2string` writes them.
+/// The texts of the numbers or bools that a value holds, as `vrel_val2string` writes them, but with no more
+/// digits than tell a number from its neighbours of the same type.
 std::vector<std::string> number_texts(const VProp& value);
 
 /// The shape of an array; empty for a row and for no array.

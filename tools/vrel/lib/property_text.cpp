@@ -3,8 +3,6 @@
 #include <vrelio/prop/prop_cast.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 #include "lib/printable_text.h"
 #include "lib/property_kind.h"
@@ -18,21 +16,10 @@ constexpr std::size_t shown_elements = 16;
 
 std::string quoted(const VPropstring& text) { return quote(text.to(VPropstring::encoding_utf8)); }
 
-template <class Real>
-std::string shortest(const std::string& number) {
-  Real value{};
-  const char* const end = number.data() + number.size();
-  const bool is_whole = std::from_chars(number.data(), end, value).ptr == end;
-  if (!is_whole || !std::isfinite(value)) return number;
-  char text[64];
-  return {text, std::to_chars(text, text + sizeof text, value).ptr};
-}
-
-// With no more digits than tell the number from its neighbours.
-std::string number_text(const std::string& number, int element) {
-  if (element == prop_id<float>) return shortest<float>(number);
-  if (element == prop_id<double>) return shortest<double>(number);
-  return number;
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all += (all.empty() ? "" : " ") + text;
+  return all;
 }
 
 std::string size_text(const VProparrayBase& array) {
@@ -70,9 +57,7 @@ class TreeText {
     } else if (id == prop_id<PropertyTexts>) {
       add_elements(value.get<PropertyTexts>(), quoted);
     } else if (is_numeric(id)) {
-      const int element = element_id(id);
-      add_elements(number_texts(value),
-                   [element](const std::string& number) { return number_text(number, element); });
+      add_elements(number_texts(value), [](const std::string& number) { return number; });
     }
   }
 
@@ -136,8 +121,8 @@ std::string to_text(const VProp& value) {
 
 std::string to_plain_text(const VProp& value) {
   const int id = value.get_id();
-  const bool is_plain = id == prop_id<VPropstring> || is_numeric(id);
-  return is_plain ? vrel_val2string(value) + '\n' : to_text(value);
+  if (id == prop_id<VPropstring>) return vrel_val2string(value) + '\n';
+  return is_numeric(id) ? joined(number_texts(value)) + '\n' : to_text(value);
 }
 
 }  // namespace Vrel::tool

@@ -1,4 +1,5 @@
-// Property trees as people and programs are shown them. docs/properties.md has the forms.
+// Property trees as people and programs are shown them, numbers with no more digits than tell them from
+// their neighbours of the same type. docs/properties.md has the forms.
 #pragma once
 
 #include <vrelio/prop/prop.h>
