@@ -2,6 +2,7 @@
 
 import json
 import os
+import shutil
 import subprocess
 import unittest
 import uuid
@@ -78,6 +79,19 @@ class ShmCommandTest(unittest.TestCase):
         self.assertIn(f"{id}  5 bytes, of user 4711, ", run("--list").stdout.decode())
         self.expect(run("--force", "--remove", id), 0)
         self.assertFalse(exists(id))
+
+    @unittest.skipIf(os.environ.get("VRELIO_SANITIZE"), "a sanitizer wants to see its process")
+    @unittest.skipIf(shutil.which("unshare") is None, "no unshare")
+    def test_nothing_is_removed_where_processes_cannot_be_seen(self):
+        hidden = "mount --bind /dev/shm /proc && exec \"$@\""
+        id = str(uuid.uuid4())
+        self.make(id)
+        result = subprocess.run(["unshare", "--user", "--map-root-user", "--mount", "sh", "-c", hidden, "sh", PROGRAM, "shm",
+                                 "--remove", id], capture_output=True, timeout=TIME_LIMIT)
+        if result.stderr.startswith((b"unshare", b"mount")):
+            self.skipTest("the system lets no test hide the processes")
+        self.expect(result, 3, f"vrel: {id}: Could not list processes!\n    os_error(2): No such file or directory\n")
+        self.assertTrue(exists(id))
 
     def test_a_block_that_does_not_exist_is_named(self):
         id = str(uuid.uuid4())

@@ -23,7 +23,8 @@ struct SharedBlock {
 bool is_block_id(std::string_view text);
 
 /// All blocks, by id.
-/// \throws VrelError "Could not list shared memory!" (-1) with the system error.
+/// \throws VrelError "Could not list shared memory!" (-1) or "Could not list processes!" (-1) with
+/// the system error.
 std::vector<SharedBlock> list_shared_blocks();
 
 /// Remove the name of a block; who maps it keeps the bytes. Unless told by `force`, only a block of
@@ -33,7 +34,7 @@ std::vector<SharedBlock> list_shared_blocks();
 /// "No such shared memory block!" (-1);
 /// "Shared memory block belongs to another user, --force removes it!" (-1);
 /// "Shared memory block is in use by process %d, --force removes its name!" (-1);
-/// "Could not remove shared memory block!" (-1).
+/// "Could not list processes!" (-1); "Could not remove shared memory block!" (-1).
 void remove_shared_block(const std::string& id, bool force);
 
 /// One line for each block; a line that says so for none.

@@ -106,6 +106,7 @@ void note_open(const BlocksByFile& blocks, int process) {
   });
 }
 
+// Where not even this process is seen, nothing can be said about any.
 std::vector<int> all_processes() {
   std::vector<int> processes;
   for_each_name("/proc", [&](const std::string& name) {
@@ -115,6 +116,9 @@ std::vector<int> all_processes() {
     if (result.ec == std::errc() && result.ptr == end) processes.push_back(process);
   });
   std::sort(processes.begin(), processes.end());
+  if (!std::binary_search(processes.begin(), processes.end(), ::getpid())) {
+    raise_system_error("Could not list processes!", ENOENT);
+  }
   return processes;
 }
 
