@@ -44,9 +44,13 @@ unsigned int size_of(const interprocess::shared_memory_object& shm) {
   return static_cast<unsigned int>(size);
 }
 
-}  // namespace
+// The system maps no region without bytes.
+interprocess::mapped_region map(const interprocess::shared_memory_object& shm, unsigned int size) {
+  if (size == 0) return {};
+  return {shm, interprocess::read_write, 0, size};
+}
 
-SharedMemory::SharedMemory() = default;
+}  // namespace
 
 // By way of an empty object, so that the destructor cleans up if a step fails.
 SharedMemory::SharedMemory(unsigned int size) : SharedMemory() {
@@ -54,25 +58,19 @@ SharedMemory::SharedMemory(unsigned int size) : SharedMemory() {
                                            interprocess::read_write);
   created = true;
   take_memory(shm, size);
-  map(size);
+  region = map(shm, size);
 }
 
 SharedMemory::SharedMemory(const std::string& id) : SharedMemory() {
   check_is_name(id);
   shm = interprocess::shared_memory_object(interprocess::open_only, id.c_str(),
                                            interprocess::read_write);
-  map(size_of(shm));
+  region = map(shm, size_of(shm));
 }
 
 SharedMemory::~SharedMemory() {
   region = interprocess::mapped_region();
   if (created) interprocess::shared_memory_object::remove(shm.get_name());
-}
-
-// The system maps no region without bytes.
-void SharedMemory::map(unsigned int size) {
-  if (size == 0) return;
-  region = interprocess::mapped_region(shm, interprocess::read_write, 0, size);
 }
 
 }  // namespace Vrel

@@ -15,6 +15,7 @@ using Command = std::function<ExitCode()>;
 void add_info_command(CLI::App& app, Command& chosen);
 void add_export_command(CLI::App& app, Command& chosen);
 void add_props_command(CLI::App& app, Command& chosen);
+void add_shm_command(CLI::App& app, Command& chosen);
 void add_units_command(CLI::App& app, Command& chosen);
 void add_json2xml_command(CLI::App& app, Command& chosen);
 void add_xml2json_command(CLI::App& app, Command& chosen);

@@ -59,8 +59,7 @@ class VRELIO_EXPORT SharedMemory {
   unsigned int size() const { return static_cast<unsigned int>(region.get_size()); }
 
  private:
-  SharedMemory();
-  void map(unsigned int size);
+  SharedMemory() = default;
 
   boost::interprocess::shared_memory_object shm;
   boost::interprocess::mapped_region region;
