@@ -2,8 +2,8 @@
 #include <vrelio/foundation/data_type.h>
 
 #include "foundation/convert_kernels_internal.h"
-#include "foundation/convert_run_internal.h"
 #include "foundation/data_type_list_internal.h"
+#include "foundation/element_conversion_internal.h"
 
 namespace Vrel::detail {
 
@@ -25,18 +25,18 @@ const convert_kernels& supported_kernels() { return baseline_kernels; }
 
 namespace {
 
-struct choice {
-  convert_loop loop;
-  // Elements of the loop in one element of the caller.
-  unsigned int steps = 1;
-};
-
 constexpr convert_loop no_loop = {nullptr, false};
 
 convert_loop loop_at(const convert_table& table, int source_row, int destination_row) {
   if (source_row < 0 || destination_row < 0) return no_loop;
   return table.rows[source_row].columns[destination_row];
 }
+
+struct choice {
+  convert_loop loop;
+  // Steps of the loop in one element of the caller.
+  unsigned int steps = 1;
+};
 
 choice choose_plain(const convert_kernels& kernels, int source_type, int destination_type) {
   if (source_type == id_rgb && destination_type == id_rgb)
@@ -51,12 +51,30 @@ choice choose_plain(const convert_kernels& kernels, int source_type, int destina
   return {loop_at(kernels.plain, source_row, real_row(destination_type))};
 }
 
-choice choose(int source_type, int destination_type, bool joins, bool splits) {
+choice choose(int source_type, int destination_type, conversion_mode mode) {
   const convert_kernels& kernels = supported_kernels();
-  if (joins && splits) return {no_loop};
-  if (joins) return {loop_at(kernels.join, real_row(source_type), complex_row(destination_type))};
-  if (splits) return {loop_at(kernels.split, complex_row(source_type), real_row(destination_type))};
+  if (mode == conversion_mode::join)
+    return {loop_at(kernels.join, real_row(source_type), complex_row(destination_type))};
+  if (mode == conversion_mode::split)
+    return {loop_at(kernels.split, complex_row(source_type), real_row(destination_type))};
   return choose_plain(kernels, source_type, destination_type);
+}
+
+}  // namespace
+
+element_conversion find_conversion(int source_type, int destination_type, conversion_mode mode) {
+  const choice chosen = choose(source_type, destination_type, mode);
+  const auto step_size = [&](int type) {
+    return static_cast<std::size_t>(vrel_dt_get_size(type)) / chosen.steps;
+  };
+  return {{chosen.loop, step_size(source_type), step_size(destination_type)}, chosen.steps};
+}
+
+namespace {
+
+conversion_mode mode_of(bool joins, bool splits) {
+  if (joins) return conversion_mode::join;
+  return splits ? conversion_mode::split : conversion_mode::plain;
 }
 
 }  // namespace
@@ -67,17 +85,15 @@ int vrel_dt_convert(int source_type, int destination_type, const void* source, v
   using namespace Vrel::detail;
   const bool joins = source_imaginary != nullptr;
   const bool splits = destination_imaginary != nullptr;
-  const choice chosen = choose(source_type, destination_type, joins, splits);
-  if (!chosen.loop.kernel) return -1;
+  if (joins && splits) return -1;
+  const element_conversion found =
+      find_conversion(source_type, destination_type, mode_of(joins, splits));
+  if (!found.step.loop.kernel) return -1;
   if (count <= 0) return 0;
-  const auto step_size = [&](int type) {
-    return static_cast<std::size_t>(vrel_dt_get_size(type)) / chosen.steps;
-  };
   const convert_buffers buffers = {static_cast<const unsigned char*>(source),
                                    static_cast<const unsigned char*>(source_imaginary),
                                    static_cast<unsigned char*>(destination),
                                    static_cast<unsigned char*>(destination_imaginary)};
-  run_conversion({chosen.loop, step_size(source_type), step_size(destination_type)}, buffers,
-                 static_cast<std::size_t>(count) * chosen.steps);
+  run_conversion(found.step, buffers, static_cast<std::size_t>(count) * found.steps_per_element);
   return 0;
 }

@@ -16,8 +16,10 @@ struct convert_buffers {
 };
 
 // Converts `count` elements, the first of each buffer first: a destination may begin where its
-// source begins, or before, if its elements are not larger.
-using convert_kernel = void (*)(convert_buffers buffers, std::size_t count);
+// source begins, or before, if its elements are not larger. The addresses are taken by reference: a
+// copy reads in larger words what was just written in smaller ones, and so waits for all stores
+// before it to be done, which costs a short run more than its conversion.
+using convert_kernel = void (*)(const convert_buffers& buffers, std::size_t count);
 
 struct convert_loop {
   // Null where a pair of types has no conversion.

@@ -68,10 +68,13 @@ To convert_value(From value) {
   }
 }
 
+// Every loop copies the addresses first, which the stores into a buffer could overwrite for all that
+// the compiler knows.
 template <class From, class To>
 struct plain_loop {
   static constexpr bool is_copy = false;
-  static void run(convert_buffers buffers, std::size_t count) {
+  static void run(const convert_buffers& given, std::size_t count) {
+    const convert_buffers buffers = given;
     for (std::size_t i = 0; i < count; ++i) {
       const From value = load<From>(buffers.source + i * sizeof(From));
       store(buffers.destination + i * sizeof(To), convert_value<To>(value));
@@ -82,7 +85,7 @@ struct plain_loop {
 template <class Type>
 struct plain_loop<Type, Type> {
   static constexpr bool is_copy = true;
-  static void run(convert_buffers buffers, std::size_t count) {
+  static void run(const convert_buffers& buffers, std::size_t count) {
     __builtin_memmove(buffers.destination, buffers.source, count * sizeof(Type));
   }
 };
@@ -90,7 +93,8 @@ struct plain_loop<Type, Type> {
 template <class From, class To>
 struct to_complex_loop {
   static constexpr bool is_copy = false;
-  static void run(convert_buffers buffers, std::size_t count) {
+  static void run(const convert_buffers& given, std::size_t count) {
+    const convert_buffers buffers = given;
     for (std::size_t i = 0; i < count; ++i) {
       const From value = load<From>(buffers.source + i * sizeof(From));
       store(buffers.destination + 2 * i * sizeof(To), convert_value<To>(value));
@@ -102,7 +106,8 @@ struct to_complex_loop {
 template <class From, class To>
 struct join_loop {
   static constexpr bool is_copy = false;
-  static void run(convert_buffers buffers, std::size_t count) {
+  static void run(const convert_buffers& given, std::size_t count) {
+    const convert_buffers buffers = given;
     for (std::size_t i = 0; i < count; ++i) {
       const From real = load<From>(buffers.source + i * sizeof(From));
       const From imaginary = load<From>(buffers.source_imaginary + i * sizeof(From));
@@ -115,7 +120,8 @@ struct join_loop {
 template <class From, class To>
 struct split_loop {
   static constexpr bool is_copy = false;
-  static void run(convert_buffers buffers, std::size_t count) {
+  static void run(const convert_buffers& given, std::size_t count) {
+    const convert_buffers buffers = given;
     for (std::size_t i = 0; i < count; ++i) {
       const From real = load<From>(buffers.source + 2 * i * sizeof(From));
       const From imaginary = load<From>(buffers.source + (2 * i + 1) * sizeof(From));

@@ -29,6 +29,15 @@ inline void stream_out(unsigned char* destination, const staging_block& block) {
   }
 }
 
+// Whole lines; the destination begins with one.
+inline void stream_lines(unsigned char* destination, const unsigned char* source,
+                         std::size_t size) {
+  for (std::size_t i = 0; i < size; i += sizeof(__m128i)) {
+    const __m128i* from = reinterpret_cast<const __m128i*>(source + i);
+    _mm_stream_si128(reinterpret_cast<__m128i*>(destination + i), _mm_loadu_si128(from));
+  }
+}
+
 // What was streamed becomes visible to other processors in the order of the program.
 inline void finish_streaming() { _mm_sfence(); }
 
@@ -36,6 +45,7 @@ inline void finish_streaming() { _mm_sfence(); }
 
 constexpr bool has_streaming_stores = false;
 inline void stream_out(unsigned char*, const staging_block&) {}
+inline void stream_lines(unsigned char*, const unsigned char*, std::size_t) {}
 inline void finish_streaming() {}
 
 #endif
