@@ -1,7 +1,7 @@
 #include <limits>
 
-#include "foundation/raise_internal.h"
 #include "stack/element_count_internal.h"
+#include "stack/stack_errors_internal.h"
 
 namespace Vrel::detail {
 
@@ -10,7 +10,7 @@ std::uint32_t count_elements(const std::uint32_t* sizes, std::uint32_t rank) {
   for (std::uint32_t axis = 0; axis < rank; ++axis) {
     if (sizes[axis] == 0) return 0;
     if (sizes[axis] > std::numeric_limits<std::uint32_t>::max() / product) {
-      raise(id_plain, "The product exceeds the maximum size.");
+      raise_product_too_large();
     }
     product *= sizes[axis];
   }

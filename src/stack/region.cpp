@@ -9,10 +9,13 @@
 
 #include "foundation/raise_internal.h"
 #include "stack/region_fit_internal.h"
+#include "stack/stack_errors_internal.h"
 
 using namespace Vrel::detail;
 
 namespace {
+
+[[noreturn]] void raise_uncountable() { raise(id_plain, "Invalid region!"); }
 
 // A size as an upper bound: the highest bound stands for every end of an axis that no int holds.
 int bound_of(unsigned int size) {
@@ -88,13 +91,13 @@ bool VStackRegion::is_empty() const {
 }
 
 unsigned long long VStackRegion::get_num_pixels() const {
-  if (from.size() != to.size()) raise(id_plain, "Invalid region!");
   unsigned long long product = 1;
+  if (from.size() != to.size()) raise_uncountable();
   for (std::size_t axis = 0; axis < from.size(); ++axis) {
     const std::int64_t size = std::int64_t{to[axis]} - from[axis];
-    if (size < 0) raise(id_plain, "Invalid region!");
+    if (size < 0) raise_uncountable();
     if (__builtin_mul_overflow(product, static_cast<unsigned long long>(size), &product))
-      raise(id_plain, "The product exceeds the maximum size.");
+      raise_product_too_large();
   }
   return product;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/raise_internal.h"
+#include "stack/stack_errors_internal.h"
 
 namespace Vrel::detail {
 namespace {
@@ -100,8 +101,6 @@ class Fitter {
 };
 
 }  // namespace
-
-void raise_invalid_region() { raise(id_plain, "Called on invalid region!"); }
 
 RegionFit fit_region(const VStackRegion& region, const std::vector<unsigned int>& sizes) {
   return Fitter(region, sizes).take();

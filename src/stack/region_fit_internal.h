@@ -30,9 +30,6 @@ struct RegionFit {
   std::vector<AxisFit> missing;  // one per axis of the result that the stack does not have
 };
 
-/// Raises "Called on invalid region!" (-1).
-[[noreturn]] void raise_invalid_region();
-
 /// Hold a region against a stack of these sizes; errors as those of `VStackRegion::validate`.
 RegionFit fit_region(const VStackRegion& region, const std::vector<unsigned int>& sizes);
 

@@ -8,6 +8,7 @@
 #include "ome/qt_text_internal.h"
 #include "stack/element_count_internal.h"
 #include "stack/image_axes_internal.h"
+#include "stack/stack_errors_internal.h"
 
 using namespace Vrel::detail;
 
@@ -228,7 +229,7 @@ void VStackInfoImp::set_label(unsigned int axis, const std::string& label) {
 }
 
 void VStackInfoImp::set_stack_position(const VStackPosition& position) {
-  if (!position.is_valid_for(this)) raise(id_plain, "Invalid global stack position!");
+  if (!position.is_valid_for(this)) raise_invalid_stack_position();
   stack_position_ = position;
 }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/raise_internal.h"
+#include "stack/stack_errors_internal.h"
 
 using namespace Vrel::detail;
 
@@ -62,7 +62,7 @@ class VStackInfoImp::RegionTaker {
 
  private:
   void create_result() {
-    if (!source_position_.is_valid_for(&source_)) raise(id_plain, "Invalid global stack position!");
+    if (!source_position_.is_valid_for(&source_)) raise_invalid_stack_position();
     bool inside = false;
     const std::vector<unsigned int> sizes = region_.validate(&source_, inside);
     VStackInfoInterface& created = result_;

@@ -1,0 +1,3 @@
+#include <vrelio/stack/stack.h>
+
+VStackInterface::~VStackInterface() = default;
