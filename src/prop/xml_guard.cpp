@@ -31,20 +31,31 @@ class Guard {
     if (text_.take("<")) {
       check_markup();
     } else if (depth_ != 0) {
-      check_xml_references(text_, text_.find('<', "An element has no end"));
+      check_text(text_.find('<', "An element has no end"));
     } else {
       text_.require(text_.skip_blanks(), "There is text outside of the root element");
     }
   }
 
   void check_markup() {
-    if (text_.take("!--")) return text_.skip_behind("-->", "A comment has no end");
+    if (text_.take("!--")) return check_comment();
     if (text_.take("![CDATA[")) return check_cdata();
     if (text_.take("/")) return check_end_tag();
     const char next = text_.peek();
     if (next != '?' && next != '!') return check_start_tag();
     text_.require(depth_ == 0, "A declaration stands in an element");
-    check_xml_prolog(text_);
+    check_xml_prolog(text_, has_root_);
+  }
+
+  void check_text(std::size_t end) {
+    const bool has_end = text_.between(text_.place(), end).find("]]>") != std::string_view::npos;
+    text_.require(!has_end, "A text has the end of a CDATA section");
+    check_xml_references(text_, end);
+  }
+
+  void check_comment() {
+    text_.skip_behind("--", "A comment has no end");
+    text_.require(text_.take(">"), "A comment has two hyphens");
   }
 
   void check_cdata() {
@@ -88,6 +99,8 @@ class Guard {
     text_.require(quote == '"' || quote == '\'', "The value of an attribute has no quotes");
     text_.go_to(text_.place() + 1);
     const std::size_t end = text_.find(quote, "The value of an attribute has no end");
+    const bool has_bracket = text_.between(text_.place(), end).find('<') != std::string_view::npos;
+    text_.require(!has_bracket, "The value of an attribute has a bracket");
     check_xml_references(text_, end);
     text_.go_to(end + 1);
   }

@@ -16,9 +16,10 @@ constexpr std::size_t highest_attribute_count = 256;
 ///
 /// The library is lenient in ways that hide tags: it takes the bytes behind the start of a broken UTF-8
 /// sequence, all between "&#x" and the next ";", and unquoted values. So what is not written in the
-/// plain form is refused: well-formed UTF-8; tags of a name and quoted attributes without "<" between
-/// them; comments and CDATA sections; well-formed references of characters; declarations and document
-/// types without "<" and ">" inside, and only outside of the root.
+/// plain form is refused: well-formed UTF-8; tags of a name and quoted attributes without "<";
+/// comments without "--" and CDATA sections; well-formed references, of which the library drops others;
+/// declarations and document types without "<" and ">" inside, and only in front of the root;
+/// instructions outside of the root.
 ///
 /// \throws Xml_error with the line for everything else. Takes one pass and no memory but for the message.
 void check_xml(const std::string& text);

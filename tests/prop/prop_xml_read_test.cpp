@@ -121,6 +121,12 @@ TEST(PropXmlReadTest, ATextThatIsNoDocumentIsRefused) {
   EXPECT_VREL_ERROR(read("<a b='' b=''/>"), no_xml("Error parsing Element."), -1);
 }
 
+TEST(PropXmlReadTest, ATextDoesNotLoseReferencesUnseen) {
+  EXPECT_EQ(read_root("type='char'", "R&amp;D"), VProp(L"R&D"));
+  EXPECT_VREL_ERROR(read_root("type='char'", "R&D"), no_xml("A reference is to nothing (line 1)"),
+                    -1);
+}
+
 TEST(PropXmlReadTest, DeepElementsAreRefused) {
   std::string text;
   for (int i = 0; i < 100000; ++i) text += "<a type='cell'>";
