@@ -101,6 +101,8 @@ class VRELIO_EXPORT VProparrayBase {
   /// \endcond
 
  private:
+  friend class VPropCloning;
+
   index_list size_;  // empty for a row of all elements
 };
 
