@@ -257,6 +257,17 @@ TEST(ProparrayTest, AnEmptyArrayDoesNotGrowBeyondWhatCanBeCounted) {
   EXPECT_EQ(array.count(), 0U);
 }
 
+TEST(ProparrayTest, AShapeWithoutElementsHasNoPositions) {
+  Numbers array;
+  array.set_size({65536, 65536, 0}, Base::set_mode_checked);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0, 0}), "Index 2 out of bounds! (0 >= 0)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0, 0}, true), "Property array too large!", -1);
+  array.set_size({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0}, Base::set_mode_checked);
+  const unsigned int last = 0xFFFFFFFE;
+  EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}), "Index 3 out of bounds! (0 >= 0)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}, true), "Property array too large!", -1);
+}
+
 // --- From places to positions
 
 TEST(ProparrayTest, APositionWithoutAShapeHasAOneInFront) {
