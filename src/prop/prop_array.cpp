@@ -83,6 +83,7 @@ class Locator {
     if (rank > rank_ && !grow_) {
       raise(id_plain, "Input rank '%d' too high (> '%d')!", wanted, ours);
     }
+    if (rank > rank_) has_grown_ = true;
     shape_.resize(rank, 1);
   }
 

@@ -222,8 +222,36 @@ TEST(ProparrayTest, OnlyTheLastDimensionGrows) {
 TEST(ProparrayTest, AFurtherDimensionHasOneElement) {
   Numbers array = numbers({2, 3});
   EXPECT_EQ(array.get_idx({1, 2, 0}, true), 5U);
-  EXPECT_VREL_ERROR(array.get_idx({1, 2, 1}, true), "Index 2 out of bounds! (1 >= 1)!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3, 1}));
   EXPECT_EQ(array.count(), 6U);
+}
+
+TEST(ProparrayTest, AFurtherDimensionOfARowHasOneElement) {
+  Numbers array = numbers(3);
+  EXPECT_EQ(array.get_idx({0, 2, 0}, true), 2U);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 3, 1}));
+}
+
+TEST(ProparrayTest, AFurtherDimensionComesWithTheGrowthOfTheOldOnes) {
+  Numbers array = numbers({2, 3});
+  EXPECT_EQ(array.get_idx({1, 3, 0}, true), 7U);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 4, 1}));
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 4, 5, 0, 0}));
+}
+
+TEST(ProparrayTest, AFurtherDimensionIsNotAddedByWhatIsRefused) {
+  Numbers array = numbers({2, 3});
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 1}, true), "Index 2 out of bounds! (1 >= 1)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 0}, false), "Input rank '3' too high (> '2')!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 0}), "Input rank '3' too high (> '2')!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3}));
+}
+
+TEST(ProparrayTest, ElementsWithoutAStoredShapeGrowInEveryDimension) {
+  Numbers array{1, 2, 3, 4, 5};
+  EXPECT_EQ(array.get_idx({1, 0}, true), 1U);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 5}));
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{1, 2, 3, 4, 5, 0, 0, 0, 0, 0}));
 }
 
 TEST(ProparrayTest, WithoutGrowingAPositionHasToExist) {
@@ -346,6 +374,16 @@ TEST(ProparrayTest, ReservingMovesWithoutCopies) {
   EXPECT_GE(values.capacity(), 100U);
   EXPECT_EQ(values.size(), 2U);
   EXPECT_EQ(std::as_const(values)[0].value_ptr(), held);
+}
+
+TEST(ProparrayTest, ReservingAsMuchAsThereIsRoomTakesANewPlace) {
+  std::vector<VProp> values;
+  values.reserve(10);
+  values.emplace_back(5);
+  const VProp* const place = values.data();
+  vrel_prop_reserve(values, 10);
+  EXPECT_NE(values.data(), place);
+  EXPECT_EQ(values.at(0), VProp(5));
 }
 
 TEST(ProparrayTest, ReservingLessThanThereIsRoomDoesNothing) {

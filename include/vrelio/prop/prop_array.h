@@ -62,7 +62,7 @@ class VRELIO_EXPORT VProparrayBase {
   unsigned int get_idx(const index_list& pos) const;
   /// The place of a position in the sequence of elements. With `grow` the array grows to it:
   /// in its last dimension, and where no shape with elements is stored in every one. A position may have
-  /// more dimensions than the array, which then has one element along them.
+  /// more dimensions than the array, which from then on has those as well, with one element along them.
   /// \throws VrelError as the other form, and "Property array too large!" (-1). Nothing has changed
   ///   then.
   unsigned int get_idx(const index_list& pos, bool grow);
