@@ -4,8 +4,10 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -339,6 +341,34 @@ TEST(ProparrayTest, BitsAreElementsToo) {
   array(2) = true;
   EXPECT_EQ(std::vector<bool>(array), (std::vector<bool>{false, false, true}));
   EXPECT_TRUE(std::as_const(array)(2));
+}
+
+TEST(ProparrayTest, ResizingAndClearingLeavesNoElement) {
+  VProparray<bool> bits(2, true);
+  bits.resize(std::size_t{3}, true);
+  EXPECT_EQ(std::vector<bool>(bits), (std::vector<bool>{false, false, false}));
+  bits.resize(3U, true);
+  EXPECT_EQ(std::vector<bool>(bits), (std::vector<bool>{false, false, false}));
+}
+
+TEST(ProparrayTest, ResizingKeepsElementsAndShape) {
+  Numbers array = numbers({2, 2});
+  array.resize(std::size_t{5});
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 0}));
+  array.resize(2U, false);
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1}));
+  EXPECT_EQ(array.get_size(false), (Sizes{2, 2}));
+}
+
+template <class T, class V, class = void>
+constexpr bool can_fill = false;
+template <class T, class V>
+constexpr bool
+    can_fill<T, V, std::void_t<decltype(std::declval<T&>().resize(1U, std::declval<V>()))>> = true;
+
+TEST(ProparrayTest, ResizingTakesNoValueToFillWith) {
+  EXPECT_FALSE((can_fill<Numbers, int>));
+  EXPECT_TRUE((can_fill<Numbers, bool>));
 }
 
 TEST(ProparrayTest, GrowingMovesValuesAndStructs) {

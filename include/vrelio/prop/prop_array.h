@@ -5,8 +5,10 @@
 #include <vrelio/prop/prop.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -127,7 +129,6 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
  public:
   using std::vector<T>::vector;
   using std::vector<T>::size;
-  using std::vector<T>::resize;
   using VProparrayBase::size;
 
   VProparray() = default;
@@ -139,9 +140,15 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
       std::vector<T>(n).swap(*this);
     } else {
       reserve_moving(n);
-      this->resize(n);
+      resize(n);
     }
   }
+
+  /// Set the number of elements and leave the shape; elements that are there stay.
+  void resize(std::size_t n) { std::vector<T>::resize(n); }
+  /// There is no value to fill with: it would be taken for `clear`.
+  template <class V, class = std::enable_if_t<!std::is_same_v<V, bool>>>
+  void resize(std::size_t n, const V& fill) = delete;
 
   /// An element, to which the array grows; see `get_idx`.
   typename std::vector<T>::reference operator()(unsigned int i,
