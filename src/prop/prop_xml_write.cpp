@@ -2,6 +2,8 @@
 #include <vrelio/prop/prop_cast.h>
 #include <vrelio/prop/prop_xml.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +41,13 @@ std::string size_text(const VProparrayBase::index_list& size, const std::string&
   return text;
 }
 
+// In UTF-16, of which a caller's 32-bit units above U+FFFF become two each.
+std::size_t utf16_length(std::wstring_view text) {
+  const auto pairs = std::count_if(
+      text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0xFFFF; });
+  return text.size() + static_cast<std::size_t>(pairs);
+}
+
 // What is to be said of a value beside its place.
 struct Description {
   int type;
@@ -47,7 +56,7 @@ struct Description {
 };
 
 Description describe_text(const VPropstring& text, const std::string& separator) {
-  const auto length = static_cast<unsigned int>(text.size());
+  const auto length = static_cast<unsigned int>(utf16_length(text));
   return {id_text, size_text({1, length}, separator), utf8_for_xml(text)};
 }
 

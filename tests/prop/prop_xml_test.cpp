@@ -94,6 +94,18 @@ TEST(PropXmlTest, ATextHasItsWideLength) {
   EXPECT_EQ(written(VProp(L"a\xE9")), root("type=\"char\" size=\"1 2\"", "a\xC3\xA9"));
 }
 
+TEST(PropXmlTest, AUnitBeyondSixteenBitsIsWrittenAsThePairThatIsReadBack) {
+  const std::string written_pair = root("type=\"char\" size=\"1 3\"", "a\xF0\x9F\x98\x80");
+  EXPECT_EQ(written(VProp(std::wstring{L'a', static_cast<wchar_t>(0x1F600)})), written_pair);
+  const VProp pair(std::wstring{L'a', 0xD83D, 0xDE00});
+  EXPECT_EQ(written(pair), written_pair);
+  EXPECT_EQ(read(written_pair), pair);
+}
+
+TEST(PropXmlTest, TheLastUnitOfSixteenBitsCountsOnce) {
+  EXPECT_EQ(written(VProp(L"\uFFFD")), root("type=\"char\" size=\"1 1\"", "\xEF\xBF\xBD"));
+}
+
 TEST(PropXmlTest, AnEmptyTextReadsBackEmpty) { EXPECT_EQ(read(written(VProp(L""))), VProp(L"")); }
 
 TEST(PropXmlTest, FieldsAreElementsOfTheirNames) {

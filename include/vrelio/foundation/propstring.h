@@ -8,7 +8,8 @@
 
 /// Wide text in UTF-16 code units, also where `wchar_t` has 32 bits, so that lengths agree on every
 /// system. Where a caller hands in wide text, a 32-bit unit above 0xFFFF counts as the code point that
-/// it is.
+/// it is, and is kept until the text is converted: what is read back from narrow text has a pair in its
+/// place, and is not equal.
 ///
 /// Converting raises no error for a character: what the other encoding cannot express, and what is no
 /// character, is dropped.
