@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -82,11 +83,17 @@ Description describe(const VProp& value, const std::string& separator) {
   return description;
 }
 
+// Intended: the bit of a cell array of values is free in memory and not in a document, in which the values
+// would become texts; PropXmlTest.WritingLeavesOutTheMarkOfTextsFromAnArrayOfValues.
+std::uint64_t bits_of(const VProparrayBase& array, int id) {
+  return id == id_cell_array ? array.userbits & ~std::uint64_t{xml_texts_bit} : array.userbits;
+}
+
 void mark_array(Xml_element& element, const VProp& value) {
   VProparrayBase* const array = value.get_arr(true);
   if (value.get_id() == id_text_array) array->userbits |= xml_texts_bit;
   if (array->count() == 1) element.set_attribute("isarr", "1");
-  element.set_attribute("userbits", std::to_string(array->userbits));
+  element.set_attribute("userbits", std::to_string(bits_of(*array, value.get_id())));
 }
 
 void write_description(Xml_element& element, const Description& description) {

@@ -142,6 +142,43 @@ TEST(PropXmlTest, WritingMarksAnArrayOfTexts) {
   EXPECT_EQ(texts.get_arr(true)->userbits, 1U);
 }
 
+TEST(PropXmlTest, WritingLeavesOutTheMarkOfTextsFromAnArrayOfValues) {
+  VProparray<VProp> cells{VProp(1), VProp(L"x")};
+  cells.userbits = 7;
+  const VProp value = cells;
+  const VProp back = read(written(value));
+  EXPECT_EQ(back, value);
+  EXPECT_EQ(back.get_arr(true)->userbits, 6U);
+  EXPECT_EQ(value.get_arr(true)->userbits, 7U);
+}
+
+TEST(PropXmlTest, OtherArraysKeepAllTheirBits) {
+  VProparray<int> numbers{1, 2};
+  numbers.userbits = 7;
+  EXPECT_EQ(read(written(numbers)).get_arr(true)->userbits, 7U);
+  VProparray<VPropstruct> structs(1);
+  structs[0]["x"] = 1;
+  structs.userbits = 7;
+  EXPECT_EQ(read(written(structs)).get_arr(true)->userbits, 7U);
+}
+
+TEST(PropXmlTest, AStructArrayOfDifferentFieldsIsNotReadBack) {
+  VProp value;
+  value["(0).x"] = 1;
+  value["(1).y"] = 2;
+  EXPECT_VREL_ERROR(read(written(value)), "Invalid struct array!\nLocation:\n/root", -1);
+}
+
+TEST(PropXmlTest, OfAFieldThatIsThereTwiceTheLaterValueIsReadBack) {
+  const VProp value = VPropstruct{{"a", VProp(1)}, {"a", VProp(2)}};
+  VProp expected;
+  expected["a"] = 2;
+  EXPECT_EQ(read(written(value)), expected);
+  const VProp kinds = VPropstruct{{"a", VProp(1)}, {"a", VProp(2.5)}};
+  EXPECT_VREL_ERROR(read(written(kinds)),
+                    "Type mismatch: found int32, expected double\nLocation:\n/root/a[2]", -1);
+}
+
 TEST(PropXmlTest, TheFieldsOfAStructArrayStandInOneRow) {
   VProp value;
   value["(0).x"] = 1;
