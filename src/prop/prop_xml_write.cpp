@@ -102,6 +102,8 @@ void write_description(Xml_element& element, const Description& description) {
   if (description.text) element.append_text(*description.text);
 }
 
+[[noreturn]] void raise_out_of_order() { raise(id_plain, "Internal error!"); }
+
 std::string print_with_root(Xml_element element) {
   element.set_name(xml_root_name);
   element.set_attribute(xml_version_attribute, std::to_string(xml_version));
@@ -146,6 +148,10 @@ Xml_element VPropXmlExport::make_element(unsigned int place) const {
   return element;
 }
 
+void VPropXmlExport::check_open() const {
+  if (elements_.empty()) raise_out_of_order();
+}
+
 void VPropXmlExport::check_depth_of_elements() const {
   check_depth(elements_.size() + (format_ == vrel_xml_data ? 2 : 1));
 }
@@ -153,6 +159,7 @@ void VPropXmlExport::check_depth_of_elements() const {
 // Intended: the texts of an array are counted from 0, all else from 1;
 // PropXmlTest.TheTextsOfAnArrayAreCountedFromZero.
 bool VPropXmlExport::visit(const VPropstring& text) {
+  check_open();
   check_depth_of_elements();
   Xml_element element(xml_item_name);
   element.set_attribute("idx", std::to_string(cur_item));
@@ -174,7 +181,8 @@ int VPropXmlExport::visit(const VProp& value) {
 }
 
 bool VPropXmlExport::visit_exit(const VProp&) {
-  if (elements_.size() < 2) return true;
+  check_open();
+  if (elements_.size() == 1) return true;
   Xml_element element = std::move(elements_.back());
   elements_.pop_back();
   elements_.back().append(std::move(element));
@@ -182,7 +190,7 @@ bool VPropXmlExport::visit_exit(const VProp&) {
 }
 
 Xml_element VPropXmlExport::take_element() {
-  if (elements_.size() != 1) raise(id_plain, "Internal error!");
+  if (elements_.size() != 1) raise_out_of_order();
   Xml_element element = std::move(elements_.back());
   elements_.clear();
   return element;

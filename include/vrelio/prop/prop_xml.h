@@ -67,10 +67,12 @@ class VRELIO_EXPORT VPropXmlExport : public VPropVisitor {
   VPropXmlExport& operator=(const VPropXmlExport&) = delete;
 
   /// Make an element below the open one.
+  /// \throws VrelError "Internal error!" (-1) if no element is open.
   bool visit(const VPropstring& text) override;
   /// Open an element.
   int visit(const VProp& value) override;
   /// Close an element; the outermost one stays.
+  /// \throws VrelError "Internal error!" (-1) if no element is open.
   bool visit_exit(const VProp& value) override;
 
   /// Take the outermost element when the walk is done.
@@ -79,6 +81,7 @@ class VRELIO_EXPORT VPropXmlExport : public VPropVisitor {
 
  private:
   Vrel::detail::Xml_element make_element(unsigned int place) const;
+  void check_open() const;
   void check_depth_of_elements() const;
 
   std::vector<Vrel::detail::Xml_element> elements_;
