@@ -208,6 +208,20 @@ TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefused) {
                     no_xml("Attribute 'userbits' cannot be read from '-1'"), -1);
 }
 
+TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefusedOfEveryValue) {
+  const std::string message = no_xml("Attribute 'userbits' cannot be read from 'x'");
+  EXPECT_VREL_ERROR(read_root("type='int32' userbits='x'", "1"), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='char' userbits='x'", "1"), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='struct' userbits='x'", ""), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='cell' isempty='1' userbits='x'", ""), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='none' userbits='x'", ""), message, -1);
+}
+
+TEST(PropXmlReadTest, TheBitsOfASingleValueAreLeftOut) {
+  EXPECT_EQ(read_root("type='int32' userbits='4'", "1"), VProp(1));
+  EXPECT_EQ(read_root("type='char' isarr='1' userbits='4'", "1"), VProp(L"1"));
+}
+
 TEST(PropXmlReadTest, ATextIsSingleWhateverItsSize) {
   EXPECT_EQ(read_root("type='char' size='7 7' isarr='1'", "x"), VProp(L"x"));
 }
