@@ -367,6 +367,14 @@ TEST(PropVisitorTest, ACubeIsNamedByThreeIndices) {
   EXPECT_EQ(last_path(cells), "{0,0,1}");
 }
 
+TEST(PropVisitorTest, TheIndexInASingleDimensionIsNotFoundAgain) {
+  VProparray<VProp> cells(4);
+  cells.set_size(VProparrayBase::index_list{4}, VProparrayBase::set_mode_checked);
+  const VProp value = cells;
+  EXPECT_EQ(last_path(value), "{3}");
+  EXPECT_VREL_ERROR(value.getp("{3}"), "Input rank '2' too high (> '1')!", -1);
+}
+
 // Looks up each path that it meets.
 class Lookup : public VPropVisitor {
  public:
