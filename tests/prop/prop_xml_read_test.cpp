@@ -303,6 +303,36 @@ TEST(PropXmlReadTest, WhatIsReadAddsToAStruct) {
   EXPECT_EQ(value, expected);
 }
 
+TEST(PropXmlReadTest, NumbersOfAnArrayAreReplacedWithShapeAndBits) {
+  VProparray<int> numbers{1, 2};
+  numbers.set_size({2, 1}, VProparrayBase::set_mode_checked);
+  numbers.userbits = 6;
+  VProp value = numbers;
+  vrel_import_xml(root("type='int32' size='1 3'", "3 4 5"), value, vrel_xml_any);
+  EXPECT_EQ(value, VProp(VProparray<int>{3, 4, 5}));
+  EXPECT_EQ(value.get_arr(true)->get_size(true), (VProparrayBase::index_list{1, 3}));
+  EXPECT_EQ(value.get_arr(true)->userbits, 0U);
+}
+
+TEST(PropXmlReadTest, ElementsAreAddedToAnArrayIfTheSizesAgree) {
+  VProp cells = VProparray<VProp>{VProp(1), VProp(2)};
+  vrel_import_xml(root("type='cell' size='1 3'", "<x type='int32'>3</x>"), cells, vrel_xml_any);
+  EXPECT_EQ(cells, VProp(VProparray<VProp>{VProp(1), VProp(2), VProp(3)}));
+  VProp texts = VProparray<VPropstring>{L"a", L"b"};
+  vrel_import_xml(root("type='cell' ischar='1' size='1 3'", "<x>c</x>"), texts, vrel_xml_any);
+  EXPECT_EQ(texts, VProp(VProparray<VPropstring>{L"a", L"b", L"c"}));
+}
+
+TEST(PropXmlReadTest, ElementsAreNotAddedToAnArrayIfTheSizesDiffer) {
+  const auto expect_refused = [](VProp value, const std::string& text) {
+    EXPECT_VREL_ERROR(vrel_import_xml(text, value, vrel_xml_any), at_root("Invalid size set!"), -1);
+  };
+  expect_refused(VProparray<VProp>(2), root("type='cell' size='1 1'", "<x type='int32'>3</x>"));
+  expect_refused(VProparray<VPropstring>(2), root("type='cell' ischar='1'", "<x>c</x>"));
+  expect_refused(VProparray<VPropstruct>(1),
+                 root("type='struct' isarr='1'", "<x idx='1' type='int32'>5</x>"));
+}
+
 TEST(PropXmlReadTest, AValueOfAnotherKindIsRefused) {
   VProp value = 1.5;
   EXPECT_VREL_ERROR(vrel_import_xml(root("type='int32'", "2"), value, vrel_xml_any),
