@@ -56,7 +56,7 @@ void VPropCloning::copy(const VPropstruct& from, VPropstruct& to) {
 
 template <class T>
 void VPropCloning::copy(const VProparray<T>& from, VProparray<T>& to) {
-  static_cast<VProparrayBase&>(to) = from;
+  to.VProparrayBase::operator=(from);
   to.resize(from.count(), true);
   for (std::size_t i = 0; i < from.size(); ++i) copy(from[i], to[i]);
 }

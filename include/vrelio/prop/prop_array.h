@@ -103,8 +103,6 @@ class VRELIO_EXPORT VProparrayBase {
   /// \endcond
 
  private:
-  friend class VPropCloning;
-
   index_list size_;  // empty for a row of all elements
 };
 
@@ -166,6 +164,8 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
   }
 
  private:
+  friend class VPropCloning;
+
   void reserve_moving(unsigned int n) {
     if constexpr (std::is_same_v<T, VProp>) {
       if (n > this->capacity()) vrel_prop_reserve(*this, std::max(n, 2 * count()));
