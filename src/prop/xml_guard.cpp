@@ -13,7 +13,8 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 class Guard {
  public:
-  explicit Guard(std::string_view text) : text_(text) {
+  explicit Guard(std::string_view text)
+      : text_(text), elements_left_(highest_xml_element_count(text.size())) {
     text_.go_to(valid_xml_length(text));
     text_.require(text_.is_at_end(), "A character is none that a document can hold");
     text_.go_to(0);
@@ -66,6 +67,8 @@ class Guard {
   void check_start_tag() {
     text_.require(depth_ != 0 || !has_root_, "There is a second root element");
     text_.require(depth_ < highest_depth, "Elements are nested too deep");
+    text_.require(elements_left_ != 0, "There are too many elements");
+    --elements_left_;
     has_root_ = true;
     open_[depth_++] = text_.take_name();
     check_attributes();
@@ -107,6 +110,7 @@ class Guard {
 
   Xml_scanner text_;
   bool has_root_ = false;
+  std::size_t elements_left_;
   std::size_t depth_ = 0;
   std::array<std::string_view, highest_depth> open_;  // names of the open elements
 };

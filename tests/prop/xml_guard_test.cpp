@@ -78,6 +78,23 @@ TEST(XmlGuardTest, ClosedElementsDoNotCount) {
   EXPECT_NO_THROW(check_xml("<a>" + repeated("<b/><c></c>", 1000) + "</a>"));
 }
 
+// With a root around them.
+std::string elements(std::size_t count) {
+  return "<a>" + repeated("<b/>", static_cast<int>(count) - 1) + "</a>";
+}
+
+TEST(XmlGuardTest, AsManyElementsPassAsTheSizeAllows) {
+  EXPECT_EQ(Vrel::detail::highest_xml_element_count(elements(87381).size()), 87381U);
+  EXPECT_NO_THROW(check_xml(elements(87381)));
+  expect_refused(elements(87382), "There are too many elements (line 1)");
+}
+
+TEST(XmlGuardTest, ElementsThatAreAsLongAsWrittenOnesAreNeverTooMany) {
+  const std::string element = "<a idx=\"1\" type=\"struct\" size=\"1 1\" />";
+  EXPECT_NO_THROW(
+      check_xml("<a>" + repeated(element, (8 << 20) / static_cast<int>(element.size())) + "</a>"));
+}
+
 TEST(XmlGuardTest, ATextOf64MiBPasses) {
   std::string text = "<a></a>";
   text.insert(3, (64u << 20) - text.size(), 'x');

@@ -39,7 +39,8 @@ VRELIO_EXPORT void vrel_export_xml(std::string& out, const VProp& value, int fla
 ///
 /// The XML library of the process (TinyXML) keeps white space from then on.
 ///
-/// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other.
+/// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other, and at most 65536 elements
+///   and one for each 16 bytes. Reading takes some 30 times the size in memory.
 /// \param[in,out] value  takes what is read; it should be empty. Numbers and texts replace those of their
 ///   kind, arrays of numbers with shape and `userbits`; fields are added to a struct. Elements are added to
 ///   an array of texts, values or structs, and refused unless there are as many as the document's shape has
