@@ -12,7 +12,9 @@
 /// place, and is not equal.
 ///
 /// Converting raises no error for a character: what the other encoding cannot express, and what is no
-/// character, is dropped.
+/// character, is dropped. Of a sequence that is cut or broken the bytes that are characters by themselves
+/// stay: a digit in GB18030, `$` and `$)` of an escape in ISO-2022. A local encoding that Boost.Locale does
+/// not know raises its `boost::locale::conv::invalid_charset_error`, a std::runtime_error.
 ///
 /// ```cpp
 /// VPropstring unit("10 \xC2\xB5m", VPropstring::encoding_utf8);
