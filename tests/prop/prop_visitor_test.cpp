@@ -205,6 +205,36 @@ TEST(PropVisitorTest, StoppingAtAnElementOfAStructArrayEndsTheWalk) {
   EXPECT_THAT(log.calls, ElementsAre("value", "element (0)"));
 }
 
+TEST(PropVisitorTest, StoppingAtAFieldOfAStructArrayDoesNotLeaveItsElement) {
+  VProp value;
+  value["(1).x"] = 1;
+  Log log;
+  log.answer_at = "value (1).x";
+  EXPECT_FALSE(log.process(value));
+  EXPECT_THAT(log.calls, ElementsAre("value", "element (0)", "element exit (0)", "element (1)",
+                                     "value (1).x"));
+}
+
+TEST(PropVisitorTest, BehindTheTextsOfAnArrayThereIsNoPlaceOfAText) {
+  struct Item : VPropVisitor {
+    bool visit(const VPropstring&) override {
+      at_text = cur_item;
+      return true;
+    }
+    using VPropVisitor::visit;
+    bool visit_exit(const VProp&) override {
+      at_exit = cur_item;
+      return true;
+    }
+    using VPropVisitor::visit_exit;
+    unsigned int at_text = all;
+    unsigned int at_exit = 0;
+  } item;
+  EXPECT_TRUE(item.process(VProp(VProparray<VPropstring>{L"x", L"y"})));
+  EXPECT_EQ(item.at_text, 1U);
+  EXPECT_EQ(item.at_exit, all);
+}
+
 TEST(PropVisitorTest, AWalkThatEndedEarlyIsBackAtTheRoot) {
   Log log;
   log.answer_at = "value a";

@@ -1,5 +1,7 @@
 // What is read from XML, and what is refused.
 #include <gtest/gtest.h>
+#include <vrelio/foundation/data_type.h>
+#include <vrelio/prop/prop_cast.h>
 #include <vrelio/prop/prop_xml.h>
 
 #include <complex>
@@ -63,6 +65,39 @@ TEST(PropXmlReadTest, AnOldVersionTellsTheForm) {
 TEST(PropXmlReadTest, AnEmptyOldVersionTellsNothing) {
   EXPECT_VREL_ERROR(read("<x xml_tb_version=\"\" type=\"int32\">5</x>"),
                     "Could not determine xml format!", -1);
+}
+
+TEST(PropXmlReadTest, AVersionOfZeroTellsNothing) {
+  const std::string text = "<x vprop_version='0' type='int32'>5</x>";
+  EXPECT_VREL_ERROR(read(text), "Could not determine xml format!", -1);
+  EXPECT_EQ(read(text, vrel_xml_data), VProp(5));
+}
+
+TEST(PropXmlReadTest, WithALowVersionTheOldOneTellsTheForm) {
+  const std::string text = "<x vprop_version='-1' xml_tb_version='1' type='int32'>5</x>";
+  EXPECT_EQ(read(text), VProp(5));
+  EXPECT_EQ(read(text, vrel_xml_root), VProp(5));
+  EXPECT_VREL_ERROR(read(text, vrel_xml_data), "Specified format does not match the xml string!",
+                    -1);
+}
+
+TEST(PropXmlReadTest, AVersionCountsBeforeTheName) {
+  const std::string text = "<LVData vprop_version='1' type='int32'>5</LVData>";
+  EXPECT_EQ(read(text), VProp(5));
+  EXPECT_EQ(read(text, vrel_xml_root), VProp(5));
+  EXPECT_VREL_ERROR(read(text, vrel_xml_data), "Specified format does not match the xml string!",
+                    -1);
+}
+
+TEST(PropXmlReadTest, WithoutMarksAnyFormThatIsGivenIsTaken) {
+  for (const int format : {1, 2, 3, 0xFFFF}) {
+    EXPECT_EQ(read("<data type='int32'>5</data>", format), VProp(5)) << format;
+  }
+}
+
+TEST(PropXmlReadTest, WithMarksTheTextFormIsRefused) {
+  EXPECT_VREL_ERROR(read(root("type='int32'", "5"), vrel_xml_text),
+                    "Specified format does not match the xml string!", -1);
 }
 
 TEST(PropXmlReadTest, ANewerVersionIsRefused) {
@@ -260,6 +295,19 @@ TEST(PropXmlReadTest, AnotherMarkMakesACellAnArrayOfTexts) {
   EXPECT_EQ(value.get_arr(true)->userbits, 1U);
 }
 
+TEST(PropXmlReadTest, AMarkThatDeniesTextsLeavesTheBits) {
+  EXPECT_EQ(read_root("type='cell' size='1 1' userbits='1' ischar='0'", "<x>a</x>"),
+            VProp(VProparray<VPropstring>{L"a"}));
+}
+
+TEST(PropXmlReadTest, TextsThatDoNotFitTheSizeAreRefused) {
+  for (const char* const size : {"1 1", "1 3", "4000000000 1"}) {
+    EXPECT_VREL_ERROR(
+        read_root(std::string("type='cell' ischar='1' size='") + size + "'", "<x>a</x><x>b</x>"),
+        at_root("Invalid size set!"), -1);
+  }
+}
+
 TEST(PropXmlReadTest, ANameWithADotMakesAPath) {
   VProp expected;
   expected["a.b"] = 5;
@@ -378,6 +426,19 @@ TEST(PropXmlReadTest, AWrongPlaceOfAFieldIsRefused) {
   expect_no_struct_array("1 2", x(1) + "<x type='int32'>5</x>");
 }
 
+TEST(PropXmlReadTest, AWrongPlaceInTheFirstStructIsRefused) {
+  expect_no_struct_array("1 1", x(2));
+  expect_no_struct_array("1 1", x(0));
+  expect_no_struct_array("1 2", x(2) + x(2));
+}
+
+TEST(PropXmlReadTest, ANameWithADotIsNoFieldOfTheFirstStruct) {
+  VProp expected;
+  expected["(0).a.b"] = 5;
+  EXPECT_EQ(read_root("type='struct' isarr='1'", x(1, "a.b")), expected);
+  expect_no_struct_array("1 2", x(1, "a.b") + x(2, "a.b"));
+}
+
 TEST(PropXmlReadTest, OtherFieldsThanThoseOfTheFirstStructAreRefused) {
   expect_no_struct_array("1 2", x(1) + x(2, "y"));
 }
@@ -411,6 +472,27 @@ TEST(PropXmlReadTest, TwoArraysMakeAComplexOneWithTheShapeOfTheFirst) {
   EXPECT_EQ(value.get_arr(true)->get_size(true), (VProparrayBase::index_list{2, 1}));
 }
 
+TEST(PropXmlReadTest, NumbersOfEachBaseMakeComplexOnes) {
+  for (const std::string type : {"uint8", "int8", "uint16", "int16", "uint32", "int32", "single",
+                                 "double", "uint64", "int64"}) {
+    const VProp value = read_complex("<r type='" + type + "'>1</r><i type='" + type + "'>2</i>");
+    EXPECT_EQ(vrel_dt_get_name(value.get_id()), "cplx_" + type);
+    EXPECT_EQ(value.get_arr(false), nullptr) << type;
+    EXPECT_EQ(vrel_val2string(value), "(1,2)") << type;
+  }
+}
+
+TEST(PropXmlReadTest, ArraysOfEachBaseMakeComplexOnes) {
+  for (const std::string type : {"uint8", "int8", "uint16", "int16", "uint32", "int32", "single",
+                                 "double", "uint64", "int64"}) {
+    const std::string attributes = " type='" + type + "' size='1 2'>";
+    const VProp value = read_complex("<r" + attributes + "1 3</r><i" + attributes + "2 4</i>");
+    EXPECT_EQ(vrel_dt_get_name(value.get_id()), "cplx_" + type);
+    EXPECT_NE(value.get_arr(false), nullptr) << type;
+    EXPECT_EQ(vrel_val2string(value), "(1,2) (3,4)") << type;
+  }
+}
+
 TEST(PropXmlReadTest, TheComplexFormTakesNoBits) {
   const VProp value =
       read_root("type='complex' userbits='4'",
@@ -427,6 +509,12 @@ TEST(PropXmlReadTest, TheComplexFormNeedsTwoParts) {
 
 TEST(PropXmlReadTest, PartsOfDifferentTypesAreRefused) {
   EXPECT_VREL_ERROR(read_complex("<r type='int8'>1</r><i type='uint8'>1</i>"),
+                    at_root("Real and imaginary part have different types in 'complex' element!"),
+                    -1);
+}
+
+TEST(PropXmlReadTest, ANumberBesideAnArrayIsOfAnotherType) {
+  EXPECT_VREL_ERROR(read_complex("<r type='int8'>1</r><i type='int8' isarr='1'>1</i>"),
                     at_root("Real and imaginary part have different types in 'complex' element!"),
                     -1);
 }

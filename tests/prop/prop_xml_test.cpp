@@ -3,6 +3,7 @@
 #include <vrelio/foundation/data_type.h>
 #include <vrelio/prop/prop_xml.h>
 
+#include <cmath>
 #include <complex>
 #include <limits>
 #include <string>
@@ -77,6 +78,26 @@ TEST(PropXmlTest, AnArrayWithoutAShapeIsARow) {
 TEST(PropXmlTest, AnArrayOfOneElementIsMarked) {
   EXPECT_EQ(written(VProparray<int>{5}),
             root("isarr=\"1\" userbits=\"0\" type=\"int32\" size=\"1 1\"", "5"));
+}
+
+TEST(PropXmlTest, ACellOfOneValueIsMarked) {
+  EXPECT_EQ(written(VProparray<VProp>{VProp(5)}),
+            root("isarr=\"1\" userbits=\"0\" type=\"cell\" size=\"1 1\"",
+                 "<item idx=\"1\" type=\"int32\" size=\"1 1\">5</item>"));
+}
+
+TEST(PropXmlTest, AStructArrayOfOneIsMarked) {
+  VProp value;
+  value["(0).x"] = 5;
+  EXPECT_EQ(written(value), root("isarr=\"1\" userbits=\"0\" type=\"struct\" size=\"1 1\"",
+                                 "<x idx=\"1\" type=\"int32\" size=\"1 1\">5</x>"));
+  EXPECT_EQ(read(written(value)), value);
+}
+
+TEST(PropXmlTest, AnArrayOfOneTextIsMarked) {
+  EXPECT_EQ(written(VProparray<VPropstring>{L"x"}),
+            root("isarr=\"1\" userbits=\"1\" type=\"cell\" size=\"1 1\"",
+                 "<item idx=\"0\" type=\"char\" size=\"1 1\">x</item>"));
 }
 
 TEST(PropXmlTest, AnArrayOfOneElementReadsBackAsAnArray) {
@@ -218,6 +239,18 @@ TEST(PropXmlTest, InfinityReadsBack) {
   EXPECT_EQ(read(written(value)), value);
 }
 
+TEST(PropXmlTest, NotANumberReadsBack) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(written(VProp(nan)), root("type=\"double\" size=\"1 1\"", "NaN"));
+  EXPECT_TRUE(std::isnan(read(written(VProp(nan))).get<double>()));
+  const VProp back = read(written(VProparray<float>{1.5F, std::nanf(""), 2.5F}));
+  const auto& numbers = back.get<VProparray<float>>();
+  ASSERT_EQ(numbers.size(), 3U);
+  EXPECT_EQ(numbers[0], 1.5F);
+  EXPECT_TRUE(std::isnan(numbers[1]));
+  EXPECT_EQ(numbers[2], 2.5F);
+}
+
 TEST(PropXmlTest, NumbersDoNotDependOnTheLocale) {
   const si::testing::CommaLocale commas;
   EXPECT_EQ(written(VProp(1234.5)), root("type=\"double\" size=\"1 1\"", "1234.5"));
@@ -256,10 +289,18 @@ TEST(PropXmlTest, TheTextFormIsTheTextOfAText) {
   EXPECT_EQ(written(VProp(L"&#x41;"), vrel_xml_text), "&#x41;");
 }
 
-TEST(PropXmlTest, AStructHasNoTextForm) {
-  EXPECT_VREL_ERROR(
-      written(VPropstruct(), vrel_xml_text),
-      "Error writing XML properties to string:\nText does not exists in the current element", -1);
+TEST(PropXmlTest, TheTextFormOfAnArrayHasItsElements) {
+  EXPECT_EQ(written(VProparray<int>{1, 2}, vrel_xml_text), "1 2");
+}
+
+TEST(PropXmlTest, WhatHasNoTextHasNoTextForm) {
+  for (const VProp& value :
+       {VProp(), VProp(VPropstruct()), VProp(VProparray<VProp>{VProp(1)}),
+        VProp(VProparray<VPropstring>{L"x"}), VProp(VProparray<VPropstruct>(1))}) {
+    EXPECT_VREL_ERROR(
+        written(value, vrel_xml_text),
+        "Error writing XML properties to string:\nText does not exists in the current element", -1);
+  }
 }
 
 TEST(PropXmlTest, OtherFormsGiveAnEmptyDocument) {
