@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/raise_internal.h"
+#include "prop/cloning_internal.h"
 #include "prop/demolition_internal.h"
 #include "prop/holder_internal.h"
 #include "prop/kind_list_internal.h"
@@ -12,13 +13,6 @@
 using namespace Vrel::detail;
 
 namespace {
-
-VProp::placeholder* share(VProp::placeholder* content) {
-  if (content == nullptr) return nullptr;
-  if (content->locked) return content->clone();
-  ++content->use_count;
-  return content;
-}
 
 // Never called: every id of a kind has a holder.
 VProp::placeholder* no_holder() { return nullptr; }
@@ -54,7 +48,7 @@ void raise_type_mismatch(int found, int expected) {
 
 }  // namespace Vrel::detail
 
-VProp::VProp(const VProp& other) : content_(share(other.content_)) {}
+VProp::VProp(const VProp& other) : content_(VPropCloning::share(other.content_)) {}
 
 VProp::VProp(VProp&& other) noexcept
     : content_(std::exchange(other.content_, nullptr)), info_(std::move(other.info_)) {}

@@ -31,6 +31,9 @@ unsigned int countable(std::uint64_t count) {
   return static_cast<unsigned int>(count);
 }
 
+// Too many to be counted for every such number, and small enough to be multiplied by 32 bits.
+std::uint64_t saturated(std::uint64_t count) { return std::min(count, highest_count + 1); }
+
 bool is_row(const VProparrayBase::index_list& shape) {
   const VProparrayBase::index_list nothing = {0, 0};
   return shape == nothing || (shape.size() == 2 && shape[0] == 1);
@@ -62,9 +65,10 @@ class Locator {
     std::uint64_t stride = 1;
     for (std::size_t d = 0; d < pos.size(); ++d) {
       if (pos[d] >= shape_[d]) grow_to(d, pos[d]);
-      idx += pos[d] * stride;
-      stride = countable(stride * shape_[d]);
+      idx = saturated(idx + saturated(pos[d] * stride));
+      stride = saturated(stride * shape_[d]);
     }
+    countable(stride);
     return countable(idx);
   }
 
@@ -79,6 +83,7 @@ class Locator {
     if (rank > rank_ && !grow_) {
       raise(id_plain, "Input rank '%d' too high (> '%d')!", wanted, ours);
     }
+    if (rank > rank_) has_grown_ = true;
     shape_.resize(rank, 1);
   }
 

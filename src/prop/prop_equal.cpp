@@ -2,10 +2,12 @@
 #include <vrelio/prop/prop.h>
 
 #include <algorithm>
+#include <set>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "prop/holder_internal.h"
 #include "prop/kind_list_internal.h"
 
 using namespace Vrel::detail;
@@ -57,13 +59,25 @@ bool is_equal_so_far(const VProp& left, const VProp& right, Pairs& open) {
       [] { return true; });
 }
 
+// Of containers alone: to compare anything else takes less than to look whether that was done.
+bool is_shared(const VProp::placeholder* content) {
+  if (content == nullptr || content->use_count == 1) return false;
+  const int id = content->get_id();
+  return id == id_struct || id == id_cell_array || id == id_struct_array;
+}
+
 }  // namespace
 
+// Two containers that are met again have been compared, or their values wait for it. Without that, a tree in which
+// each level holds the next one twice would double the work at each. Only what is shared leads to that.
 bool VProp::operator==(const VProp& other) const {
   Pairs open = {{this, &other}};
+  std::set<std::pair<const placeholder*, const placeholder*>> met;
   while (!open.empty()) {
     const auto [left, right] = open.back();
     open.pop_back();
+    const bool may_be_met_again = is_shared(left->content_) || is_shared(right->content_);
+    if (may_be_met_again && !met.emplace(left->content_, right->content_).second) continue;
     if (!is_equal_so_far(*left, *right, open)) return false;
   }
   return true;

@@ -2,6 +2,9 @@
 #include <vrelio/prop/prop_cast.h>
 #include <vrelio/prop/prop_xml.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +42,13 @@ std::string size_text(const VProparrayBase::index_list& size, const std::string&
   return text;
 }
 
+// In UTF-16, of which a caller's 32-bit units above U+FFFF become two each.
+std::size_t utf16_length(std::wstring_view text) {
+  const auto pairs = std::count_if(
+      text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0xFFFF; });
+  return text.size() + static_cast<std::size_t>(pairs);
+}
+
 // What is to be said of a value beside its place.
 struct Description {
   int type;
@@ -47,7 +57,7 @@ struct Description {
 };
 
 Description describe_text(const VPropstring& text, const std::string& separator) {
-  const auto length = static_cast<unsigned int>(text.size());
+  const auto length = static_cast<unsigned int>(utf16_length(text));
   return {id_text, size_text({1, length}, separator), utf8_for_xml(text)};
 }
 
@@ -73,11 +83,17 @@ Description describe(const VProp& value, const std::string& separator) {
   return description;
 }
 
+// Intended: the bit of a cell array of values is free in memory and not in a document, in which the values
+// would become texts; PropXmlTest.WritingLeavesOutTheMarkOfTextsFromAnArrayOfValues.
+std::uint64_t bits_of(const VProparrayBase& array, int id) {
+  return id == id_cell_array ? array.userbits & ~std::uint64_t{xml_texts_bit} : array.userbits;
+}
+
 void mark_array(Xml_element& element, const VProp& value) {
   VProparrayBase* const array = value.get_arr(true);
   if (value.get_id() == id_text_array) array->userbits |= xml_texts_bit;
   if (array->count() == 1) element.set_attribute("isarr", "1");
-  element.set_attribute("userbits", std::to_string(array->userbits));
+  element.set_attribute("userbits", std::to_string(bits_of(*array, value.get_id())));
 }
 
 void write_description(Xml_element& element, const Description& description) {
@@ -85,6 +101,8 @@ void write_description(Xml_element& element, const Description& description) {
   element.set_attribute("size", description.size);
   if (description.text) element.append_text(*description.text);
 }
+
+[[noreturn]] void raise_out_of_order() { raise(id_plain, "Internal error!"); }
 
 std::string print_with_root(Xml_element element) {
   element.set_name(xml_root_name);
@@ -130,6 +148,10 @@ Xml_element VPropXmlExport::make_element(unsigned int place) const {
   return element;
 }
 
+void VPropXmlExport::check_open() const {
+  if (elements_.empty()) raise_out_of_order();
+}
+
 void VPropXmlExport::check_depth_of_elements() const {
   check_depth(elements_.size() + (format_ == vrel_xml_data ? 2 : 1));
 }
@@ -137,6 +159,7 @@ void VPropXmlExport::check_depth_of_elements() const {
 // Intended: the texts of an array are counted from 0, all else from 1;
 // PropXmlTest.TheTextsOfAnArrayAreCountedFromZero.
 bool VPropXmlExport::visit(const VPropstring& text) {
+  check_open();
   check_depth_of_elements();
   Xml_element element(xml_item_name);
   element.set_attribute("idx", std::to_string(cur_item));
@@ -158,7 +181,8 @@ int VPropXmlExport::visit(const VProp& value) {
 }
 
 bool VPropXmlExport::visit_exit(const VProp&) {
-  if (elements_.size() < 2) return true;
+  check_open();
+  if (elements_.size() == 1) return true;
   Xml_element element = std::move(elements_.back());
   elements_.pop_back();
   elements_.back().append(std::move(element));
@@ -166,7 +190,7 @@ bool VPropXmlExport::visit_exit(const VProp&) {
 }
 
 Xml_element VPropXmlExport::take_element() {
-  if (elements_.size() != 1) raise(id_plain, "Internal error!");
+  if (elements_.size() != 1) raise_out_of_order();
   Xml_element element = std::move(elements_.back());
   elements_.clear();
   return element;

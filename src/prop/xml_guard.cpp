@@ -13,7 +13,8 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 class Guard {
  public:
-  explicit Guard(std::string_view text) : text_(text) {
+  explicit Guard(std::string_view text)
+      : text_(text), elements_left_(highest_xml_element_count(text.size())) {
     text_.go_to(valid_xml_length(text));
     text_.require(text_.is_at_end(), "A character is none that a document can hold");
     text_.go_to(0);
@@ -31,20 +32,31 @@ class Guard {
     if (text_.take("<")) {
       check_markup();
     } else if (depth_ != 0) {
-      check_xml_references(text_, text_.find('<', "An element has no end"));
+      check_text(text_.find('<', "An element has no end"));
     } else {
       text_.require(text_.skip_blanks(), "There is text outside of the root element");
     }
   }
 
   void check_markup() {
-    if (text_.take("!--")) return text_.skip_behind("-->", "A comment has no end");
+    if (text_.take("!--")) return check_comment();
     if (text_.take("![CDATA[")) return check_cdata();
     if (text_.take("/")) return check_end_tag();
     const char next = text_.peek();
     if (next != '?' && next != '!') return check_start_tag();
     text_.require(depth_ == 0, "A declaration stands in an element");
-    check_xml_prolog(text_);
+    check_xml_prolog(text_, has_root_);
+  }
+
+  void check_text(std::size_t end) {
+    const bool has_end = text_.between(text_.place(), end).find("]]>") != std::string_view::npos;
+    text_.require(!has_end, "A text has the end of a CDATA section");
+    check_xml_references(text_, end);
+  }
+
+  void check_comment() {
+    text_.skip_behind("--", "A comment has no end");
+    text_.require(text_.take(">"), "A comment has two hyphens");
   }
 
   void check_cdata() {
@@ -55,6 +67,8 @@ class Guard {
   void check_start_tag() {
     text_.require(depth_ != 0 || !has_root_, "There is a second root element");
     text_.require(depth_ < highest_depth, "Elements are nested too deep");
+    text_.require(elements_left_ != 0, "There are too many elements");
+    --elements_left_;
     has_root_ = true;
     open_[depth_++] = text_.take_name();
     check_attributes();
@@ -88,12 +102,15 @@ class Guard {
     text_.require(quote == '"' || quote == '\'', "The value of an attribute has no quotes");
     text_.go_to(text_.place() + 1);
     const std::size_t end = text_.find(quote, "The value of an attribute has no end");
+    const bool has_bracket = text_.between(text_.place(), end).find('<') != std::string_view::npos;
+    text_.require(!has_bracket, "The value of an attribute has a bracket");
     check_xml_references(text_, end);
     text_.go_to(end + 1);
   }
 
   Xml_scanner text_;
   bool has_root_ = false;
+  std::size_t elements_left_;
   std::size_t depth_ = 0;
   std::array<std::string_view, highest_depth> open_;  // names of the open elements
 };

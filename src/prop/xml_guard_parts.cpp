@@ -31,6 +31,12 @@ void check_reference(Xml_scanner& scanner, std::uint32_t base) {
   scanner.require(is_xml_character(code), "A reference is to no character");
 }
 
+// The XML library drops the `&` of any other.
+bool take_entity(Xml_scanner& scanner) {
+  return scanner.take("amp;") || scanner.take("lt;") || scanner.take("gt;") ||
+         scanner.take("quot;") || scanner.take("apos;");
+}
+
 bool take_declared(Xml_scanner& scanner) {
   if (!scanner.take("version") && !scanner.take("encoding") && !scanner.take("standalone")) {
     return false;
@@ -55,15 +61,24 @@ bool is_plain_declaration(std::string_view content) {
   return scanner.take("?") && scanner.is_at_end();
 }
 
-// Whether the library does more than pass it: quotes may hide its end, and it reads a declaration of any
-// case.
-bool is_for_library(std::string_view content) {
+// Whether the library reads it as a declaration, as it does in any case of letters.
+bool is_declaration(std::string_view content) {
   constexpr std::string_view name = "?xml";
-  const bool is_declaration = std::equal(
+  return std::equal(
       name.begin(), name.end(), content.begin(),
       content.begin() + static_cast<std::ptrdiff_t>(std::min(name.size(), content.size())),
       [](char expected, char found) { return expected == found || expected == (found | 0x20); });
-  return is_declaration || content.find_first_of("\"'") != std::string_view::npos;
+}
+
+// Whether the library does more than pass it: quotes may hide its end.
+bool is_for_library(std::string_view content) {
+  return is_declaration(content) || content.find_first_of("\"'") != std::string_view::npos;
+}
+
+bool is_document_type(std::string_view content) {
+  constexpr std::string_view name = "!DOCTYPE";
+  return content.substr(0, name.size()) == name && content.size() > name.size() &&
+         is_xml_blank(content[name.size()]);
 }
 
 }  // namespace
@@ -71,20 +86,26 @@ bool is_for_library(std::string_view content) {
 void check_xml_references(Xml_scanner& scanner, std::size_t end) {
   const std::size_t begin = scanner.place();
   const std::string_view text = scanner.between(begin, end);
-  for (std::size_t at = text.find("&#"); at != std::string_view::npos;
-       at = text.find("&#", at + 2)) {
-    scanner.go_to(begin + at + 2);
-    check_reference(scanner, scanner.take("x") ? 16 : 10);
+  for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+    scanner.go_to(begin + at + 1);
+    if (scanner.take("#")) {
+      check_reference(scanner, scanner.take("x") ? 16 : 10);
+    } else {
+      scanner.require(take_entity(scanner), "A reference is to nothing");
+    }
   }
   scanner.go_to(end);
 }
 
-void check_xml_prolog(Xml_scanner& scanner) {
+void check_xml_prolog(Xml_scanner& scanner, bool is_behind_root) {
   const std::size_t end = scanner.find('>', "A declaration has no end");
   const std::string_view content = scanner.between(scanner.place(), end);
   const bool is_instruction = content.substr(0, 1) == "?";
+  const bool may_be_behind_root = is_instruction && !is_declaration(content);
   scanner.require(content.find('<') == std::string_view::npos,
                   "A declaration has a part with brackets");
+  scanner.require(is_instruction || is_document_type(content), "A declaration is unknown");
+  scanner.require(!is_behind_root || may_be_behind_root, "A declaration stands behind the root");
   scanner.require(!is_instruction || (content.size() > 1 && content.back() == '?'),
                   "A declaration has no end");
   scanner.require(!is_instruction || !is_for_library(content) || is_plain_declaration(content),

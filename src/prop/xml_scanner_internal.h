@@ -78,12 +78,14 @@ class Xml_scanner {
   std::size_t at_ = 0;
 };
 
-/// Pass the references of characters up to a place, and go there.
-/// \throws Xml_error if one is not well-formed or is to no character.
+/// Pass the references up to a place, and go there.
+/// \throws Xml_error if one is not well-formed, or is neither to a character nor to one of the five
+///   entities that XML has by itself.
 void check_xml_references(Xml_scanner& scanner, std::size_t end);
 
 /// Pass what begins with `<?` or `<!` outside of the root element, the first of the two taken.
-/// \throws Xml_error if the XML library could find another end than the next `>`.
-void check_xml_prolog(Xml_scanner& scanner);
+/// \throws Xml_error if the XML library could find another end than the next `>`, and for what is no
+///   instruction, declaration or document type, or may not stand behind the start of the root.
+void check_xml_prolog(Xml_scanner& scanner, bool is_behind_root);
 
 }  // namespace Vrel::detail

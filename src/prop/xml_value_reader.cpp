@@ -83,25 +83,25 @@ void Xml_value_reader::read_current(VProp& value) {
   const std::string type = written == nullptr ? "" : written;
   if (type == "complex") return read_complex(value);
   const VProparrayBase::index_list size = read_size(current_);
+  const std::optional<std::uint64_t> bits = find_bits(current_, "userbits");
   const int id = vrel_dt_from_name(type.c_str());
   if (id == id_none) raise(id_plain, "Unknown type '%s' in xml string!", type.c_str());
   const bool is_array = !is_one(size) || current_.attribute("isarr") != nullptr;
   if (id == id_text) {
     value.get<VPropstring>() = text_of(current_);
   } else if (id == id_cell) {
-    return read_cell(value);
+    return read_cell(bits, value);
   } else if (id == id_struct) {
     is_array ? read_structs(value) : read_struct(value);
   } else {
     is_array ? read_numbers(current_, id, value) : read_number(current_, id, value);
     if (is_array) value.get_arr(true)->set_size(size, VProparrayBase::set_mode_checked);
   }
-  if (is_array) store_bits(find_bits(current_, "userbits"), value);
+  if (is_array) store_bits(bits, value);
 }
 
-void Xml_value_reader::read_cell(VProp& value) {
+void Xml_value_reader::read_cell(std::optional<std::uint64_t> bits, VProp& value) {
   if (read_flag(current_, "isempty")) return value.clear();
-  std::optional<std::uint64_t> bits = find_bits(current_, "userbits");
   if (find_integer(current_, "ischar").value_or(0) != 0) bits = xml_texts_bit;
   const bool are_texts = (bits.value_or(0) & xml_texts_bit) != 0;
   are_texts ? read_texts(value) : read_cells(value);

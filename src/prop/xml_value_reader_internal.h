@@ -4,6 +4,7 @@
 #include <vrelio/prop/prop.h>
 
 #include <cstdint>
+#include <optional>
 
 #include "prop/field_index_internal.h"
 #include "prop/xml_dom_internal.h"
@@ -23,7 +24,7 @@ class Xml_value_reader {
 
  private:
   void read_current(VProp& value);
-  void read_cell(VProp& value);
+  void read_cell(std::optional<std::uint64_t> bits, VProp& value);
   void read_texts(VProp& value);
   void read_cells(VProp& value);
   void read_struct(VProp& value);

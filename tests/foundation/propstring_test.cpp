@@ -1,6 +1,4 @@
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <langinfo.h>
 #include <rapidcheck/gtest.h>
 #include <vrelio/foundation/error.h>
 #include <vrelio/foundation/propstring.h>
@@ -9,32 +7,13 @@
 #include <string>
 #include <type_traits>
 
-namespace {
-
-// The codeset that this process pretends its locale to have; null for that which it has.
-const char* codeset = nullptr;
-
-class ScopedCodeset {
- public:
-  explicit ScopedCodeset(const char* name) { codeset = name; }
-  ~ScopedCodeset() { codeset = nullptr; }
-  ScopedCodeset(const ScopedCodeset&) = delete;
-  ScopedCodeset& operator=(const ScopedCodeset&) = delete;
-};
-
-}  // namespace
-
-// Stands in front of the C library's own, also for the shared library.
-extern "C" __attribute__((visibility("default"))) char* nl_langinfo(nl_item item) noexcept {
-  if (item == CODESET && codeset != nullptr) return const_cast<char*>(codeset);
-  using Function = char* (*)(nl_item);
-  static const auto next = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "nl_langinfo"));
-  return next(item);
-}
+#include "foundation/scoped_codeset.h"
 
 namespace {
 
 constexpr VPropstring::encoding no_encoding = static_cast<VPropstring::encoding>(3);
+
+using Vrel::testing::ScopedCodeset;
 
 VPropstring utf8(const std::string& text) { return {text, VPropstring::encoding_utf8}; }
 

@@ -4,8 +4,10 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -222,8 +224,36 @@ TEST(ProparrayTest, OnlyTheLastDimensionGrows) {
 TEST(ProparrayTest, AFurtherDimensionHasOneElement) {
   Numbers array = numbers({2, 3});
   EXPECT_EQ(array.get_idx({1, 2, 0}, true), 5U);
-  EXPECT_VREL_ERROR(array.get_idx({1, 2, 1}, true), "Index 2 out of bounds! (1 >= 1)!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3, 1}));
   EXPECT_EQ(array.count(), 6U);
+}
+
+TEST(ProparrayTest, AFurtherDimensionOfARowHasOneElement) {
+  Numbers array = numbers(3);
+  EXPECT_EQ(array.get_idx({0, 2, 0}, true), 2U);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 3, 1}));
+}
+
+TEST(ProparrayTest, AFurtherDimensionComesWithTheGrowthOfTheOldOnes) {
+  Numbers array = numbers({2, 3});
+  EXPECT_EQ(array.get_idx({1, 3, 0}, true), 7U);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 4, 1}));
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 4, 5, 0, 0}));
+}
+
+TEST(ProparrayTest, AFurtherDimensionIsNotAddedByWhatIsRefused) {
+  Numbers array = numbers({2, 3});
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 1}, true), "Index 2 out of bounds! (1 >= 1)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 0}, false), "Input rank '3' too high (> '2')!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({1, 2, 0}), "Input rank '3' too high (> '2')!", -1);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 3}));
+}
+
+TEST(ProparrayTest, ElementsWithoutAStoredShapeGrowInEveryDimension) {
+  Numbers array{1, 2, 3, 4, 5};
+  EXPECT_EQ(array.get_idx({1, 0}, true), 1U);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 5}));
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{1, 2, 3, 4, 5, 0, 0, 0, 0, 0}));
 }
 
 TEST(ProparrayTest, WithoutGrowingAPositionHasToExist) {
@@ -255,6 +285,17 @@ TEST(ProparrayTest, AnEmptyArrayDoesNotGrowBeyondWhatCanBeCounted) {
   Numbers array;
   EXPECT_VREL_ERROR(array.get_idx({65535, 65535}, true), "Property array too large!", -1);
   EXPECT_EQ(array.count(), 0U);
+}
+
+TEST(ProparrayTest, AShapeWithoutElementsHasNoPositions) {
+  Numbers array;
+  array.set_size({65536, 65536, 0}, Base::set_mode_checked);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0, 0}), "Index 2 out of bounds! (0 >= 0)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({0, 0, 0}, true), "Property array too large!", -1);
+  array.set_size({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0}, Base::set_mode_checked);
+  const unsigned int last = 0xFFFFFFFE;
+  EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}), "Index 3 out of bounds! (0 >= 0)!", -1);
+  EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}, true), "Property array too large!", -1);
 }
 
 // --- From places to positions
@@ -302,6 +343,34 @@ TEST(ProparrayTest, BitsAreElementsToo) {
   EXPECT_TRUE(std::as_const(array)(2));
 }
 
+TEST(ProparrayTest, ResizingAndClearingLeavesNoElement) {
+  VProparray<bool> bits(2, true);
+  bits.resize(std::size_t{3}, true);
+  EXPECT_EQ(std::vector<bool>(bits), (std::vector<bool>{false, false, false}));
+  bits.resize(3U, true);
+  EXPECT_EQ(std::vector<bool>(bits), (std::vector<bool>{false, false, false}));
+}
+
+TEST(ProparrayTest, ResizingKeepsElementsAndShape) {
+  Numbers array = numbers({2, 2});
+  array.resize(std::size_t{5});
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 0}));
+  array.resize(2U, false);
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1}));
+  EXPECT_EQ(array.get_size(false), (Sizes{2, 2}));
+}
+
+template <class T, class V, class = void>
+constexpr bool can_fill = false;
+template <class T, class V>
+constexpr bool
+    can_fill<T, V, std::void_t<decltype(std::declval<T&>().resize(1U, std::declval<V>()))>> = true;
+
+TEST(ProparrayTest, ResizingTakesNoValueToFillWith) {
+  EXPECT_FALSE((can_fill<Numbers, int>));
+  EXPECT_TRUE((can_fill<Numbers, bool>));
+}
+
 TEST(ProparrayTest, GrowingMovesValuesAndStructs) {
   VProparray<VProp> cells;
   cells(0) = "text";
@@ -335,6 +404,16 @@ TEST(ProparrayTest, ReservingMovesWithoutCopies) {
   EXPECT_GE(values.capacity(), 100U);
   EXPECT_EQ(values.size(), 2U);
   EXPECT_EQ(std::as_const(values)[0].value_ptr(), held);
+}
+
+TEST(ProparrayTest, ReservingAsMuchAsThereIsRoomTakesANewPlace) {
+  std::vector<VProp> values;
+  values.reserve(10);
+  values.emplace_back(5);
+  const VProp* const place = values.data();
+  vrel_prop_reserve(values, 10);
+  EXPECT_NE(values.data(), place);
+  EXPECT_EQ(values.at(0), VProp(5));
 }
 
 TEST(ProparrayTest, ReservingLessThanThereIsRoomDoesNothing) {

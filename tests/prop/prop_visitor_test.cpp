@@ -205,6 +205,36 @@ TEST(PropVisitorTest, StoppingAtAnElementOfAStructArrayEndsTheWalk) {
   EXPECT_THAT(log.calls, ElementsAre("value", "element (0)"));
 }
 
+TEST(PropVisitorTest, StoppingAtAFieldOfAStructArrayDoesNotLeaveItsElement) {
+  VProp value;
+  value["(1).x"] = 1;
+  Log log;
+  log.answer_at = "value (1).x";
+  EXPECT_FALSE(log.process(value));
+  EXPECT_THAT(log.calls, ElementsAre("value", "element (0)", "element exit (0)", "element (1)",
+                                     "value (1).x"));
+}
+
+TEST(PropVisitorTest, BehindTheTextsOfAnArrayThereIsNoPlaceOfAText) {
+  struct Item : VPropVisitor {
+    bool visit(const VPropstring&) override {
+      at_text = cur_item;
+      return true;
+    }
+    using VPropVisitor::visit;
+    bool visit_exit(const VProp&) override {
+      at_exit = cur_item;
+      return true;
+    }
+    using VPropVisitor::visit_exit;
+    unsigned int at_text = all;
+    unsigned int at_exit = 0;
+  } item;
+  EXPECT_TRUE(item.process(VProp(VProparray<VPropstring>{L"x", L"y"})));
+  EXPECT_EQ(item.at_text, 1U);
+  EXPECT_EQ(item.at_exit, all);
+}
+
 TEST(PropVisitorTest, AWalkThatEndedEarlyIsBackAtTheRoot) {
   Log log;
   log.answer_at = "value a";
@@ -365,6 +395,14 @@ TEST(PropVisitorTest, ACubeIsNamedByThreeIndices) {
   VProparray<VProp> cells;
   cells.set_size({1, 1, 2}, VProparrayBase::set_mode_resize);
   EXPECT_EQ(last_path(cells), "{0,0,1}");
+}
+
+TEST(PropVisitorTest, TheIndexInASingleDimensionIsNotFoundAgain) {
+  VProparray<VProp> cells(4);
+  cells.set_size(VProparrayBase::index_list{4}, VProparrayBase::set_mode_checked);
+  const VProp value = cells;
+  EXPECT_EQ(last_path(value), "{3}");
+  EXPECT_VREL_ERROR(value.getp("{3}"), "Input rank '2' too high (> '1')!", -1);
 }
 
 // Looks up each path that it meets.

@@ -1,5 +1,7 @@
 // What is read from XML, and what is refused.
 #include <gtest/gtest.h>
+#include <vrelio/foundation/data_type.h>
+#include <vrelio/prop/prop_cast.h>
 #include <vrelio/prop/prop_xml.h>
 
 #include <complex>
@@ -65,6 +67,39 @@ TEST(PropXmlReadTest, AnEmptyOldVersionTellsNothing) {
                     "Could not determine xml format!", -1);
 }
 
+TEST(PropXmlReadTest, AVersionOfZeroTellsNothing) {
+  const std::string text = "<x vprop_version='0' type='int32'>5</x>";
+  EXPECT_VREL_ERROR(read(text), "Could not determine xml format!", -1);
+  EXPECT_EQ(read(text, vrel_xml_data), VProp(5));
+}
+
+TEST(PropXmlReadTest, WithALowVersionTheOldOneTellsTheForm) {
+  const std::string text = "<x vprop_version='-1' xml_tb_version='1' type='int32'>5</x>";
+  EXPECT_EQ(read(text), VProp(5));
+  EXPECT_EQ(read(text, vrel_xml_root), VProp(5));
+  EXPECT_VREL_ERROR(read(text, vrel_xml_data), "Specified format does not match the xml string!",
+                    -1);
+}
+
+TEST(PropXmlReadTest, AVersionCountsBeforeTheName) {
+  const std::string text = "<LVData vprop_version='1' type='int32'>5</LVData>";
+  EXPECT_EQ(read(text), VProp(5));
+  EXPECT_EQ(read(text, vrel_xml_root), VProp(5));
+  EXPECT_VREL_ERROR(read(text, vrel_xml_data), "Specified format does not match the xml string!",
+                    -1);
+}
+
+TEST(PropXmlReadTest, WithoutMarksAnyFormThatIsGivenIsTaken) {
+  for (const int format : {1, 2, 3, 0xFFFF}) {
+    EXPECT_EQ(read("<data type='int32'>5</data>", format), VProp(5)) << format;
+  }
+}
+
+TEST(PropXmlReadTest, WithMarksTheTextFormIsRefused) {
+  EXPECT_VREL_ERROR(read(root("type='int32'", "5"), vrel_xml_text),
+                    "Specified format does not match the xml string!", -1);
+}
+
 TEST(PropXmlReadTest, ANewerVersionIsRefused) {
   EXPECT_VREL_ERROR(read("<x vprop_version=\"2\" type=\"int32\">5</x>"),
                     "Xml input of newer version than library!", -1);
@@ -119,6 +154,12 @@ TEST(PropXmlReadTest, ATextThatIsNoDocumentIsRefused) {
   EXPECT_VREL_ERROR(read("<a>\n</b>"),
                     no_xml("An end tag has another name than its element (line 2)"), -1);
   EXPECT_VREL_ERROR(read("<a b='' b=''/>"), no_xml("Error parsing Element."), -1);
+}
+
+TEST(PropXmlReadTest, ATextDoesNotLoseReferencesUnseen) {
+  EXPECT_EQ(read_root("type='char'", "R&amp;D"), VProp(L"R&D"));
+  EXPECT_VREL_ERROR(read_root("type='char'", "R&D"), no_xml("A reference is to nothing (line 1)"),
+                    -1);
 }
 
 TEST(PropXmlReadTest, DeepElementsAreRefused) {
@@ -202,6 +243,20 @@ TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefused) {
                     no_xml("Attribute 'userbits' cannot be read from '-1'"), -1);
 }
 
+TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefusedOfEveryValue) {
+  const std::string message = no_xml("Attribute 'userbits' cannot be read from 'x'");
+  EXPECT_VREL_ERROR(read_root("type='int32' userbits='x'", "1"), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='char' userbits='x'", "1"), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='struct' userbits='x'", ""), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='cell' isempty='1' userbits='x'", ""), message, -1);
+  EXPECT_VREL_ERROR(read_root("type='none' userbits='x'", ""), message, -1);
+}
+
+TEST(PropXmlReadTest, TheBitsOfASingleValueAreLeftOut) {
+  EXPECT_EQ(read_root("type='int32' userbits='4'", "1"), VProp(1));
+  EXPECT_EQ(read_root("type='char' isarr='1' userbits='4'", "1"), VProp(L"1"));
+}
+
 TEST(PropXmlReadTest, ATextIsSingleWhateverItsSize) {
   EXPECT_EQ(read_root("type='char' size='7 7' isarr='1'", "x"), VProp(L"x"));
 }
@@ -238,6 +293,19 @@ TEST(PropXmlReadTest, AnotherMarkMakesACellAnArrayOfTexts) {
   const VProp value = read_root("type='cell' size='1 1' userbits='6' ischar='2'", "<x>a</x>");
   EXPECT_EQ(value, VProp(VProparray<VPropstring>{L"a"}));
   EXPECT_EQ(value.get_arr(true)->userbits, 1U);
+}
+
+TEST(PropXmlReadTest, AMarkThatDeniesTextsLeavesTheBits) {
+  EXPECT_EQ(read_root("type='cell' size='1 1' userbits='1' ischar='0'", "<x>a</x>"),
+            VProp(VProparray<VPropstring>{L"a"}));
+}
+
+TEST(PropXmlReadTest, TextsThatDoNotFitTheSizeAreRefused) {
+  for (const char* const size : {"1 1", "1 3", "4000000000 1"}) {
+    EXPECT_VREL_ERROR(
+        read_root(std::string("type='cell' ischar='1' size='") + size + "'", "<x>a</x><x>b</x>"),
+        at_root("Invalid size set!"), -1);
+  }
 }
 
 TEST(PropXmlReadTest, ANameWithADotMakesAPath) {
@@ -281,6 +349,36 @@ TEST(PropXmlReadTest, WhatIsReadAddsToAStruct) {
   expected["a"] = 1;
   expected["b"] = 2;
   EXPECT_EQ(value, expected);
+}
+
+TEST(PropXmlReadTest, NumbersOfAnArrayAreReplacedWithShapeAndBits) {
+  VProparray<int> numbers{1, 2};
+  numbers.set_size({2, 1}, VProparrayBase::set_mode_checked);
+  numbers.userbits = 6;
+  VProp value = numbers;
+  vrel_import_xml(root("type='int32' size='1 3'", "3 4 5"), value, vrel_xml_any);
+  EXPECT_EQ(value, VProp(VProparray<int>{3, 4, 5}));
+  EXPECT_EQ(value.get_arr(true)->get_size(true), (VProparrayBase::index_list{1, 3}));
+  EXPECT_EQ(value.get_arr(true)->userbits, 0U);
+}
+
+TEST(PropXmlReadTest, ElementsAreAddedToAnArrayIfTheSizesAgree) {
+  VProp cells = VProparray<VProp>{VProp(1), VProp(2)};
+  vrel_import_xml(root("type='cell' size='1 3'", "<x type='int32'>3</x>"), cells, vrel_xml_any);
+  EXPECT_EQ(cells, VProp(VProparray<VProp>{VProp(1), VProp(2), VProp(3)}));
+  VProp texts = VProparray<VPropstring>{L"a", L"b"};
+  vrel_import_xml(root("type='cell' ischar='1' size='1 3'", "<x>c</x>"), texts, vrel_xml_any);
+  EXPECT_EQ(texts, VProp(VProparray<VPropstring>{L"a", L"b", L"c"}));
+}
+
+TEST(PropXmlReadTest, ElementsAreNotAddedToAnArrayIfTheSizesDiffer) {
+  const auto expect_refused = [](VProp value, const std::string& text) {
+    EXPECT_VREL_ERROR(vrel_import_xml(text, value, vrel_xml_any), at_root("Invalid size set!"), -1);
+  };
+  expect_refused(VProparray<VProp>(2), root("type='cell' size='1 1'", "<x type='int32'>3</x>"));
+  expect_refused(VProparray<VPropstring>(2), root("type='cell' ischar='1'", "<x>c</x>"));
+  expect_refused(VProparray<VPropstruct>(1),
+                 root("type='struct' isarr='1'", "<x idx='1' type='int32'>5</x>"));
 }
 
 TEST(PropXmlReadTest, AValueOfAnotherKindIsRefused) {
@@ -328,6 +426,19 @@ TEST(PropXmlReadTest, AWrongPlaceOfAFieldIsRefused) {
   expect_no_struct_array("1 2", x(1) + "<x type='int32'>5</x>");
 }
 
+TEST(PropXmlReadTest, AWrongPlaceInTheFirstStructIsRefused) {
+  expect_no_struct_array("1 1", x(2));
+  expect_no_struct_array("1 1", x(0));
+  expect_no_struct_array("1 2", x(2) + x(2));
+}
+
+TEST(PropXmlReadTest, ANameWithADotIsNoFieldOfTheFirstStruct) {
+  VProp expected;
+  expected["(0).a.b"] = 5;
+  EXPECT_EQ(read_root("type='struct' isarr='1'", x(1, "a.b")), expected);
+  expect_no_struct_array("1 2", x(1, "a.b") + x(2, "a.b"));
+}
+
 TEST(PropXmlReadTest, OtherFieldsThanThoseOfTheFirstStructAreRefused) {
   expect_no_struct_array("1 2", x(1) + x(2, "y"));
 }
@@ -361,6 +472,27 @@ TEST(PropXmlReadTest, TwoArraysMakeAComplexOneWithTheShapeOfTheFirst) {
   EXPECT_EQ(value.get_arr(true)->get_size(true), (VProparrayBase::index_list{2, 1}));
 }
 
+TEST(PropXmlReadTest, NumbersOfEachBaseMakeComplexOnes) {
+  for (const std::string type : {"uint8", "int8", "uint16", "int16", "uint32", "int32", "single",
+                                 "double", "uint64", "int64"}) {
+    const VProp value = read_complex("<r type='" + type + "'>1</r><i type='" + type + "'>2</i>");
+    EXPECT_EQ(vrel_dt_get_name(value.get_id()), "cplx_" + type);
+    EXPECT_EQ(value.get_arr(false), nullptr) << type;
+    EXPECT_EQ(vrel_val2string(value), "(1,2)") << type;
+  }
+}
+
+TEST(PropXmlReadTest, ArraysOfEachBaseMakeComplexOnes) {
+  for (const std::string type : {"uint8", "int8", "uint16", "int16", "uint32", "int32", "single",
+                                 "double", "uint64", "int64"}) {
+    const std::string attributes = " type='" + type + "' size='1 2'>";
+    const VProp value = read_complex("<r" + attributes + "1 3</r><i" + attributes + "2 4</i>");
+    EXPECT_EQ(vrel_dt_get_name(value.get_id()), "cplx_" + type);
+    EXPECT_NE(value.get_arr(false), nullptr) << type;
+    EXPECT_EQ(vrel_val2string(value), "(1,2) (3,4)") << type;
+  }
+}
+
 TEST(PropXmlReadTest, TheComplexFormTakesNoBits) {
   const VProp value =
       read_root("type='complex' userbits='4'",
@@ -377,6 +509,12 @@ TEST(PropXmlReadTest, TheComplexFormNeedsTwoParts) {
 
 TEST(PropXmlReadTest, PartsOfDifferentTypesAreRefused) {
   EXPECT_VREL_ERROR(read_complex("<r type='int8'>1</r><i type='uint8'>1</i>"),
+                    at_root("Real and imaginary part have different types in 'complex' element!"),
+                    -1);
+}
+
+TEST(PropXmlReadTest, ANumberBesideAnArrayIsOfAnotherType) {
+  EXPECT_VREL_ERROR(read_complex("<r type='int8'>1</r><i type='int8' isarr='1'>1</i>"),
                     at_root("Real and imaginary part have different types in 'complex' element!"),
                     -1);
 }

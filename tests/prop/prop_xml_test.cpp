@@ -3,6 +3,7 @@
 #include <vrelio/foundation/data_type.h>
 #include <vrelio/prop/prop_xml.h>
 
+#include <cmath>
 #include <complex>
 #include <limits>
 #include <string>
@@ -79,6 +80,26 @@ TEST(PropXmlTest, AnArrayOfOneElementIsMarked) {
             root("isarr=\"1\" userbits=\"0\" type=\"int32\" size=\"1 1\"", "5"));
 }
 
+TEST(PropXmlTest, ACellOfOneValueIsMarked) {
+  EXPECT_EQ(written(VProparray<VProp>{VProp(5)}),
+            root("isarr=\"1\" userbits=\"0\" type=\"cell\" size=\"1 1\"",
+                 "<item idx=\"1\" type=\"int32\" size=\"1 1\">5</item>"));
+}
+
+TEST(PropXmlTest, AStructArrayOfOneIsMarked) {
+  VProp value;
+  value["(0).x"] = 5;
+  EXPECT_EQ(written(value), root("isarr=\"1\" userbits=\"0\" type=\"struct\" size=\"1 1\"",
+                                 "<x idx=\"1\" type=\"int32\" size=\"1 1\">5</x>"));
+  EXPECT_EQ(read(written(value)), value);
+}
+
+TEST(PropXmlTest, AnArrayOfOneTextIsMarked) {
+  EXPECT_EQ(written(VProparray<VPropstring>{L"x"}),
+            root("isarr=\"1\" userbits=\"1\" type=\"cell\" size=\"1 1\"",
+                 "<item idx=\"0\" type=\"char\" size=\"1 1\">x</item>"));
+}
+
 TEST(PropXmlTest, AnArrayOfOneElementReadsBackAsAnArray) {
   EXPECT_EQ(read(written(VProparray<int>{5})), VProp(VProparray<int>{5}));
 }
@@ -92,6 +113,18 @@ TEST(PropXmlTest, AnArrayOfRankThreeIsOneWithoutTheMark) {
 
 TEST(PropXmlTest, ATextHasItsWideLength) {
   EXPECT_EQ(written(VProp(L"a\xE9")), root("type=\"char\" size=\"1 2\"", "a\xC3\xA9"));
+}
+
+TEST(PropXmlTest, AUnitBeyondSixteenBitsIsWrittenAsThePairThatIsReadBack) {
+  const std::string written_pair = root("type=\"char\" size=\"1 3\"", "a\xF0\x9F\x98\x80");
+  EXPECT_EQ(written(VProp(std::wstring{L'a', static_cast<wchar_t>(0x1F600)})), written_pair);
+  const VProp pair(std::wstring{L'a', 0xD83D, 0xDE00});
+  EXPECT_EQ(written(pair), written_pair);
+  EXPECT_EQ(read(written_pair), pair);
+}
+
+TEST(PropXmlTest, TheLastUnitOfSixteenBitsCountsOnce) {
+  EXPECT_EQ(written(VProp(L"\uFFFD")), root("type=\"char\" size=\"1 1\"", "\xEF\xBF\xBD"));
 }
 
 TEST(PropXmlTest, AnEmptyTextReadsBackEmpty) { EXPECT_EQ(read(written(VProp(L""))), VProp(L"")); }
@@ -128,6 +161,43 @@ TEST(PropXmlTest, WritingMarksAnArrayOfTexts) {
   const VProp texts = VProparray<VPropstring>{L"x"};
   written(texts);
   EXPECT_EQ(texts.get_arr(true)->userbits, 1U);
+}
+
+TEST(PropXmlTest, WritingLeavesOutTheMarkOfTextsFromAnArrayOfValues) {
+  VProparray<VProp> cells{VProp(1), VProp(L"x")};
+  cells.userbits = 7;
+  const VProp value = cells;
+  const VProp back = read(written(value));
+  EXPECT_EQ(back, value);
+  EXPECT_EQ(back.get_arr(true)->userbits, 6U);
+  EXPECT_EQ(value.get_arr(true)->userbits, 7U);
+}
+
+TEST(PropXmlTest, OtherArraysKeepAllTheirBits) {
+  VProparray<int> numbers{1, 2};
+  numbers.userbits = 7;
+  EXPECT_EQ(read(written(numbers)).get_arr(true)->userbits, 7U);
+  VProparray<VPropstruct> structs(1);
+  structs[0]["x"] = 1;
+  structs.userbits = 7;
+  EXPECT_EQ(read(written(structs)).get_arr(true)->userbits, 7U);
+}
+
+TEST(PropXmlTest, AStructArrayOfDifferentFieldsIsNotReadBack) {
+  VProp value;
+  value["(0).x"] = 1;
+  value["(1).y"] = 2;
+  EXPECT_VREL_ERROR(read(written(value)), "Invalid struct array!\nLocation:\n/root", -1);
+}
+
+TEST(PropXmlTest, OfAFieldThatIsThereTwiceTheLaterValueIsReadBack) {
+  const VProp value = VPropstruct{{"a", VProp(1)}, {"a", VProp(2)}};
+  VProp expected;
+  expected["a"] = 2;
+  EXPECT_EQ(read(written(value)), expected);
+  const VProp kinds = VPropstruct{{"a", VProp(1)}, {"a", VProp(2.5)}};
+  EXPECT_VREL_ERROR(read(written(kinds)),
+                    "Type mismatch: found int32, expected double\nLocation:\n/root/a[2]", -1);
 }
 
 TEST(PropXmlTest, TheFieldsOfAStructArrayStandInOneRow) {
@@ -169,6 +239,18 @@ TEST(PropXmlTest, InfinityReadsBack) {
   EXPECT_EQ(read(written(value)), value);
 }
 
+TEST(PropXmlTest, NotANumberReadsBack) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(written(VProp(nan)), root("type=\"double\" size=\"1 1\"", "NaN"));
+  EXPECT_TRUE(std::isnan(read(written(VProp(nan))).get<double>()));
+  const VProp back = read(written(VProparray<float>{1.5F, std::nanf(""), 2.5F}));
+  const auto& numbers = back.get<VProparray<float>>();
+  ASSERT_EQ(numbers.size(), 3U);
+  EXPECT_EQ(numbers[0], 1.5F);
+  EXPECT_TRUE(std::isnan(numbers[1]));
+  EXPECT_EQ(numbers[2], 2.5F);
+}
+
 TEST(PropXmlTest, NumbersDoNotDependOnTheLocale) {
   const si::testing::CommaLocale commas;
   EXPECT_EQ(written(VProp(1234.5)), root("type=\"double\" size=\"1 1\"", "1234.5"));
@@ -207,10 +289,18 @@ TEST(PropXmlTest, TheTextFormIsTheTextOfAText) {
   EXPECT_EQ(written(VProp(L"&#x41;"), vrel_xml_text), "&#x41;");
 }
 
-TEST(PropXmlTest, AStructHasNoTextForm) {
-  EXPECT_VREL_ERROR(
-      written(VPropstruct(), vrel_xml_text),
-      "Error writing XML properties to string:\nText does not exists in the current element", -1);
+TEST(PropXmlTest, TheTextFormOfAnArrayHasItsElements) {
+  EXPECT_EQ(written(VProparray<int>{1, 2}, vrel_xml_text), "1 2");
+}
+
+TEST(PropXmlTest, WhatHasNoTextHasNoTextForm) {
+  for (const VProp& value :
+       {VProp(), VProp(VPropstruct()), VProp(VProparray<VProp>{VProp(1)}),
+        VProp(VProparray<VPropstring>{L"x"}), VProp(VProparray<VPropstruct>(1))}) {
+    EXPECT_VREL_ERROR(
+        written(value, vrel_xml_text),
+        "Error writing XML properties to string:\nText does not exists in the current element", -1);
+  }
 }
 
 TEST(PropXmlTest, OtherFormsGiveAnEmptyDocument) {

@@ -40,8 +40,9 @@ std::string nested(int levels) { return repeated("<a>", levels) + repeated("</a>
 TEST(XmlGuardTest, DocumentsPass) {
   for (const char* const text :
        {"<a/>", "<a />", "<a></a >", "<a>b</a>", "<a b=\"1\"/>", "<a b = '1' c=\"'\"/>",
-        "<a\n\tb='>'></a>", " <a/> \n", "\xEF\xBB\xBF<a/>", "<a b='<c>'/>", "<a_1-.:x/>",
-        "<\xC3\xA9/>", "<a>&lt;&#65;&#x41;</a>", "<a>></a>", "<a>& &b;</a>", "<a><b/><b/></a>"}) {
+        "<a\n\tb='>'></a>", " <a/> \n", "\xEF\xBB\xBF<a/>", "<a_1-.:x/>", "<\xC3\xA9/>",
+        "<a>&lt;&#65;&#x41;</a>", "<a b='&amp;&lt;&gt;&quot;&apos;'>&amp;&lt;&gt;&quot;&apos;</a>",
+        "<a>></a>", "<a>]]</a>", "<a><b/><b/></a>"}) {
     EXPECT_NO_THROW(check_xml(text)) << text;
   }
 }
@@ -75,6 +76,23 @@ TEST(XmlGuardTest, MillionsOfOpenElementsAreRefused) {
 
 TEST(XmlGuardTest, ClosedElementsDoNotCount) {
   EXPECT_NO_THROW(check_xml("<a>" + repeated("<b/><c></c>", 1000) + "</a>"));
+}
+
+// With a root around them.
+std::string elements(std::size_t count) {
+  return "<a>" + repeated("<b/>", static_cast<int>(count) - 1) + "</a>";
+}
+
+TEST(XmlGuardTest, AsManyElementsPassAsTheSizeAllows) {
+  EXPECT_EQ(Vrel::detail::highest_xml_element_count(elements(87381).size()), 87381U);
+  EXPECT_NO_THROW(check_xml(elements(87381)));
+  expect_refused(elements(87382), "There are too many elements (line 1)");
+}
+
+TEST(XmlGuardTest, ElementsThatAreAsLongAsWrittenOnesAreNeverTooMany) {
+  const std::string element = "<a idx=\"1\" type=\"struct\" size=\"1 1\" />";
+  EXPECT_NO_THROW(
+      check_xml("<a>" + repeated(element, (8 << 20) / static_cast<int>(element.size())) + "</a>"));
 }
 
 TEST(XmlGuardTest, ATextOf64MiBPasses) {
@@ -191,6 +209,47 @@ TEST(XmlGuardTest, BrokenReferencesAreRefused) {
         "&#00000000065;", "&#0;", "&#x1;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#xFFFFFFFF;"}) {
     EXPECT_FALSE(is_passed(std::string("<a>") + reference + "</a>")) << reference;
     EXPECT_FALSE(is_passed(std::string("<a b=\"") + reference + "\"/>")) << reference;
+  }
+}
+
+TEST(XmlGuardTest, ReferencesToNothingAreRefused) {
+  for (const std::string reference :
+       {"&", "& ", "&b;", "&amp", "&amp ;", "&AMP;", "&;", "&&amp;", "&amp;&", "&lt;&b;"}) {
+    expect_refused("<a>" + reference + "</a>", "A reference is to nothing (line 1)");
+    expect_refused("<a b='" + reference + "'/>", "A reference is to nothing (line 1)");
+  }
+}
+
+TEST(XmlGuardTest, AReferenceDoesNotGoOnBehindItsText) {
+  expect_refused("<a>&<b/>amp;</a>", "A reference is to nothing (line 1)");
+  expect_refused("<a b='&'>amp;</a>", "A reference is to nothing (line 1)");
+}
+
+TEST(XmlGuardTest, ABracketInAnAttributeIsRefused) {
+  expect_refused("<a b='<c>'/>", "The value of an attribute has a bracket (line 1)");
+}
+
+TEST(XmlGuardTest, TheEndOfASectionWithoutItsBeginningIsRefused) {
+  expect_refused("<a>b]]>c</a>", "A text has the end of a CDATA section (line 1)");
+}
+
+TEST(XmlGuardTest, HyphensInACommentAreRefused) {
+  for (const char* const text : {"<!-- a -- b --><a/>", "<!-- a ---><a/>", "<a><!-- -- --></a>"}) {
+    expect_refused(text, "A comment has two hyphens (line 1)");
+  }
+}
+
+TEST(XmlGuardTest, DeclarationsBehindTheRootAreRefused) {
+  for (const char* const text :
+       {"<a/><?xml version='1.0'?>", "<a/><?XML?>", "<a/><!DOCTYPE a>", "<a></a><!DOCTYPE a>"}) {
+    expect_refused(text, "A declaration stands behind the root (line 1)");
+  }
+}
+
+TEST(XmlGuardTest, UnknownDeclarationsAreRefused) {
+  for (const char* const text : {"<!foo><a/>", "<!><a/>", "<!DOCTYPE><a/>", "<!DOCTYPEa><a/>",
+                                 "<!doctype a><a/>", "<a/><!b>"}) {
+    expect_refused(text, "A declaration is unknown (line 1)");
   }
 }
 

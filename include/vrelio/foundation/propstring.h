@@ -8,10 +8,13 @@
 
 /// Wide text in UTF-16 code units, also where `wchar_t` has 32 bits, so that lengths agree on every
 /// system. Where a caller hands in wide text, a 32-bit unit above 0xFFFF counts as the code point that
-/// it is.
+/// it is, and is kept until the text is converted: what is read back from narrow text has a pair in its
+/// place, and is not equal.
 ///
 /// Converting raises no error for a character: what the other encoding cannot express, and what is no
-/// character, is dropped.
+/// character, is dropped. Of a sequence that is cut or broken the bytes that are characters by themselves
+/// stay: a digit in GB18030, `$` and `$)` of an escape in ISO-2022. A local encoding that Boost.Locale does
+/// not know raises its `boost::locale::conv::invalid_charset_error`, a std::runtime_error.
 ///
 /// ```cpp
 /// VPropstring unit("10 \xC2\xB5m", VPropstring::encoding_utf8);

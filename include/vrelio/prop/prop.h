@@ -23,7 +23,7 @@ class VPropInfo;
 ///
 /// Copies share what they hold until one of them is written: every access that could change the value
 /// makes its handle the sole owner first. A copy is of one level; what is below stays shared until it is
-/// written itself. Destroying and comparing take no stack in proportion to the depth of a tree.
+/// written itself. Copying, comparing and destroying take no stack in proportion to the depth of a tree.
 ///
 /// Nothing is derived from it, since its destructor is not virtual.
 ///
@@ -167,6 +167,7 @@ class VRELIO_EXPORT VProp final {
                        unsigned int k = not_given, unsigned int l = not_given) const;
 
  private:
+  friend class VPropCloning;
   friend class VPropDemolition;
 
   void hold(int id, const void* value);

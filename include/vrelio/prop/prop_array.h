@@ -5,8 +5,10 @@
 #include <vrelio/prop/prop.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -62,7 +64,7 @@ class VRELIO_EXPORT VProparrayBase {
   unsigned int get_idx(const index_list& pos) const;
   /// The place of a position in the sequence of elements. With `grow` the array grows to it:
   /// in its last dimension, and where no shape with elements is stored in every one. A position may have
-  /// more dimensions than the array, which then has one element along them.
+  /// more dimensions than the array, which from then on has those as well, with one element along them.
   /// \throws VrelError as the other form, and "Property array too large!" (-1). Nothing has changed
   ///   then.
   unsigned int get_idx(const index_list& pos, bool grow);
@@ -125,7 +127,6 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
  public:
   using std::vector<T>::vector;
   using std::vector<T>::size;
-  using std::vector<T>::resize;
   using VProparrayBase::size;
 
   VProparray() = default;
@@ -137,9 +138,15 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
       std::vector<T>(n).swap(*this);
     } else {
       reserve_moving(n);
-      this->resize(n);
+      resize(n);
     }
   }
+
+  /// Set the number of elements and leave the shape; elements that are there stay.
+  void resize(std::size_t n) { std::vector<T>::resize(n); }
+  /// There is no value to fill with: it would be taken for `clear`.
+  template <class V, class = std::enable_if_t<!std::is_same_v<V, bool>>>
+  void resize(std::size_t n, const V& fill) = delete;
 
   /// An element, to which the array grows; see `get_idx`.
   typename std::vector<T>::reference operator()(unsigned int i,
@@ -157,6 +164,8 @@ class VProparray final : public VProparrayBase, public std::vector<T> {
   }
 
  private:
+  friend class VPropCloning;
+
   void reserve_moving(unsigned int n) {
     if constexpr (std::is_same_v<T, VProp>) {
       if (n > this->capacity()) vrel_prop_reserve(*this, std::max(n, 2 * count()));

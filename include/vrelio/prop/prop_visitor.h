@@ -106,7 +106,8 @@ class VRELIO_EXPORT VPropVisitor : public VPropPos {
   bool process(const VProp& value);
 
   /// The path of the current value in the form that `VProp::getp` reads: names behind dots, positions of
-  /// cell arrays in braces, those of struct arrays in parentheses.
+  /// cell arrays in braces, those of struct arrays in parentheses. Two it does not read: a name that is
+  /// none in a path, and the one index of an array of one dimension, which it takes for that of a row.
   /// \param depth  number of levels from the root; all for `no_index` and where there are fewer.
   std::string get_cur_path(unsigned int depth);
 

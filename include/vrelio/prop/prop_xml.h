@@ -28,7 +28,7 @@ enum vrel_xml_format : int {
 /// \param flags  a `vrel_xml_format` in its low 16 bits. Any other gives an empty document.
 /// \throws VrelError (-1) "Type unknown or incompatible with xml export!" for RGB; "Text cannot be written as
 ///   XML!" for a character that XML cannot hold; "Field name '%s' cannot be written as XML!"; "Property tree
-///   too deep!"; "Error writing XML properties to string:\n%s", which with `vrel_xml_text` is raised for a
+///   too deep!"; "Invalid size vector in property array!" for a stored shape that fits nothing; "Error writing XML properties to string:\n%s", which with `vrel_xml_text` is raised for a
 ///   value that has no text.
 ///
 /// Intended: arrays of texts are marked by bit 0 of their `userbits`, also in `value`;
@@ -39,10 +39,13 @@ VRELIO_EXPORT void vrel_export_xml(std::string& out, const VProp& value, int fla
 ///
 /// The XML library of the process (TinyXML) keeps white space from then on.
 ///
-/// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other.
-/// \param[in,out] value  takes what is read; it should be empty. Fields are added to a struct, elements to an
-///   array of structs, texts or values, and a value of another kind is refused. After an error it may be
-///   filled in part.
+/// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other, and at most 65536 elements
+///   and one for each 16 bytes. Reading takes some 30 times the size in memory.
+/// \param[in,out] value  takes what is read; it should be empty. Numbers and texts replace those of their
+///   kind, arrays of numbers with shape and `userbits`; fields are added to a struct. Elements are added to
+///   an array of texts, values or structs, and refused unless there are as many as the document's shape has
+///   then, so that an array of structs has to be empty. A value of another kind is refused. After an error
+///   it may be filled in part.
 /// \param flags  a `vrel_xml_format` in its low 16 bits; `vrel_xml_any` needs a document that tells its form,
 ///   and no other may contradict one.
 /// \throws VrelError (-1) "Error parsing XML properties:\n%s" for what is no such document; the errors of the
@@ -67,10 +70,12 @@ class VRELIO_EXPORT VPropXmlExport : public VPropVisitor {
   VPropXmlExport& operator=(const VPropXmlExport&) = delete;
 
   /// Make an element below the open one.
+  /// \throws VrelError "Internal error!" (-1) if no element is open.
   bool visit(const VPropstring& text) override;
   /// Open an element.
   int visit(const VProp& value) override;
   /// Close an element; the outermost one stays.
+  /// \throws VrelError "Internal error!" (-1) if no element is open.
   bool visit_exit(const VProp& value) override;
 
   /// Take the outermost element when the walk is done.
@@ -79,6 +84,7 @@ class VRELIO_EXPORT VPropXmlExport : public VPropVisitor {
 
  private:
   Vrel::detail::Xml_element make_element(unsigned int place) const;
+  void check_open() const;
   void check_depth_of_elements() const;
 
   std::vector<Vrel::detail::Xml_element> elements_;
