@@ -19,7 +19,7 @@ struct BoxAxis {
 ///
 /// A value is converted as by vrel_dt_convert, and of a complex value that becomes a real one the
 /// real part is taken. Bytes of the destination between the elements are not touched. Memory is
-/// taken for a few words per axis.
+/// taken for a few words per axis, and 48 KiB of the stack.
 ///
 /// \param[in] source_type, destination_type  ids of the 20 numeric element types.
 /// \param[in] source, destination  the first element of the box on each side, at any address; the

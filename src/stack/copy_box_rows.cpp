@@ -64,7 +64,7 @@ class RowCopy {
     move_rows(source, destination, copy_.unit.destination_size, count);
   }
 
-  // One long unit by way of a buffer, which begins as far behind the start of a line as it does.
+  // One long unit, block by block by way of a buffer that stays in the cache.
   void stream_unit(const unsigned char* source, unsigned char* destination) {
     const std::size_t block = sizeof destination_block_ / copy_.conversion.destination_size();
     for (std::size_t done = 0; done < copy_.unit.elements; done += block) {
