@@ -57,6 +57,6 @@ void VPropCloning::copy(const VPropstruct& from, VPropstruct& to) {
 template <class T>
 void VPropCloning::copy(const VProparray<T>& from, VProparray<T>& to) {
   to.VProparrayBase::operator=(from);
-  to.resize(from.count(), true);
+  to.resize(from.size());
   for (std::size_t i = 0; i < from.size(); ++i) copy(from[i], to[i]);
 }

@@ -27,6 +27,6 @@ class VPropCloning {
   template <class T>
   void copy(const VProparray<T>& from, VProparray<T>& to);
 
-  std::vector<std::pair<VProp*, const placeholder*>>
-      open_;  // empty handles, and what they will hold
+  // Empty handles, and what they get a copy of.
+  std::vector<std::pair<VProp*, const placeholder*>> open_;
 };

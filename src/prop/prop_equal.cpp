@@ -68,8 +68,9 @@ bool is_shared(const VProp::placeholder* content) {
 
 }  // namespace
 
-// Two containers that are met again have been compared, or their values wait for it. Without that, a tree in which
-// each level holds the next one twice would double the work at each. Only what is shared leads to that.
+// Two containers that are met again have been compared, or their values wait for it. Without that, a tree
+// in which each level holds the next one twice would double the work at each. Only what is shared leads to
+// that.
 bool VProp::operator==(const VProp& other) const {
   Pairs open = {{this, &other}};
   std::set<std::pair<const placeholder*, const placeholder*>> met;

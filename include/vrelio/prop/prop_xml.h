@@ -28,8 +28,9 @@ enum vrel_xml_format : int {
 /// \param flags  a `vrel_xml_format` in its low 16 bits. Any other gives an empty document.
 /// \throws VrelError (-1) "Type unknown or incompatible with xml export!" for RGB; "Text cannot be written as
 ///   XML!" for a character that XML cannot hold; "Field name '%s' cannot be written as XML!"; "Property tree
-///   too deep!"; "Invalid size vector in property array!" for a stored shape that fits nothing; "Error writing XML properties to string:\n%s", which with `vrel_xml_text` is raised for a
-///   value that has no text.
+///   too deep!"; "Invalid size vector in property array!" for a stored shape that fits nothing; "Error
+///   writing XML properties to string:\n%s", which with `vrel_xml_text` is raised for a value that has no
+///   text.
 ///
 /// Intended: arrays of texts are marked by bit 0 of their `userbits`, also in `value`;
 /// PropXmlTest.WritingMarksAnArrayOfTexts.
@@ -40,7 +41,7 @@ VRELIO_EXPORT void vrel_export_xml(std::string& out, const VProp& value, int fla
 /// The XML library of the process (TinyXML) keeps white space from then on.
 ///
 /// \param xml  at most 64 MiB of UTF-8, with at most 256 elements in each other, and at most 65536 elements
-///   and one for each 16 bytes. Reading takes some 30 times the size in memory.
+///   and one for each 16 bytes. Reading takes up to some 30 times its size in memory.
 /// \param[in,out] value  takes what is read; it should be empty. Numbers and texts replace those of their
 ///   kind, arrays of numbers with shape and `userbits`; fields are added to a struct. Elements are added to
 ///   an array of texts, values or structs, and refused unless there are as many as the document's shape has

@@ -161,7 +161,8 @@ class VRELIO_EXPORT VStackInfo {
   /// A handle of nothing.
   VStackInfo() = default;
   /// A handle of `info`, which it owns together with the other holders.
-  explicit VStackInfo(boost::shared_ptr<VStackInfoInterface> info) : info_(std::move(info)) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): a shared description can be handed over as it is
+  VStackInfo(boost::shared_ptr<VStackInfoInterface> info) : info_(std::move(info)) {}
 
   // NOLINTBEGIN(google-explicit-constructor): a handle stands for what it holds
   /// The description, or null.
