@@ -36,8 +36,10 @@ class Object : public Reference {
   /// \param[in] remains  where values go that later assignments take out of the tree.
   /// \throws Json::BadCast "bad cast" if `viewed` or `initial` is neither null nor a map.
   Object(Json::Value& viewed, Json::Value initial, const Remains& remains);
-  /// The object under a key of `parent`.
-  /// \param[in] initial  what a null entry becomes.
+  /// The object under a key of another one.
+  /// \param[in] parent   what has the key; has to outlive the object.
+  /// \param[in] key      the key.
+  /// \param[in] initial   what a null entry becomes.
   /// \throws Json::BadCast "bad cast" if the entry is neither null nor a map.
   Object(Object& parent, const char* key, Json::Value initial = {});
   Object(const Object&) = delete;
@@ -70,8 +72,10 @@ class Object : public Reference {
 template <class Reference, class Rule>
 class Ruled : public Reference {
  public:
-  /// The field under a key of `parent`.
-  /// \param[in] initial  what a null entry becomes.
+  /// The field under a key of an object.
+  /// \param[in] parent   what has the key; has to outlive the field.
+  /// \param[in] key      the key.
+  /// \param[in] initial   what a null entry becomes.
   /// \throws Json::BadCast "bad cast" if the entry breaks the rule.
   Ruled(Object<Reference>& parent, const char* key, Json::Value initial = {});
   Ruled(const Ruled&) = delete;

@@ -28,9 +28,11 @@ class VRELIO_EXPORT Listener {
   virtual void on_change(const void* value) = 0;
 
  protected:
+  /// \cond
   Listener() = default;
   Listener(const Listener&) = default;
   Listener& operator=(const Listener&) = default;
+  /// \endcond
 };
 
 /// A handle of a value that somebody else owns and that has to outlive the handle.

@@ -12,14 +12,19 @@
 #include <type_traits>
 
 // The element types in the order of the slots: each real type, then the complex type made of it.
-#define VRELIO_STACK_TYPES(X)                                                                      \
-  X(unsigned long long)                                                                            \
-  X(std::complex<unsigned long long>)                                                              \
-  X(unsigned int)                                                                                  \
-  X(std::complex<unsigned int>) X(unsigned short) X(std::complex<unsigned short>) X(unsigned char) \
-      X(std::complex<unsigned char>) X(long long) X(std::complex<long long>) X(int)                \
-          X(std::complex<int>) X(short) X(std::complex<short>) X(char) X(std::complex<char>)       \
-              X(double) X(std::complex<double>) X(float) X(std::complex<float>)
+// clang-format off
+#define VRELIO_STACK_TYPES(X)                                 \
+  X(unsigned long long) X(std::complex<unsigned long long>)   \
+  X(unsigned int) X(std::complex<unsigned int>)               \
+  X(unsigned short) X(std::complex<unsigned short>)           \
+  X(unsigned char) X(std::complex<unsigned char>)             \
+  X(long long) X(std::complex<long long>)                     \
+  X(int) X(std::complex<int>)                                 \
+  X(short) X(std::complex<short>)                             \
+  X(char) X(std::complex<char>)                               \
+  X(double) X(std::complex<double>)                           \
+  X(float) X(std::complex<float>)
+// clang-format on
 
 /// What all iterators have, whatever the type of the elements.
 ///
@@ -27,6 +32,10 @@
 /// does not name are held. An iterator points into the buffer of its stack and does not keep it:
 /// the stack has to outlive it and must not be resized or shared meanwhile. `at_end` is asked before each
 /// access.
+///
+/// Slots 0 to 19 are `void write(T value)`, slots 20 to 39 `void read(T& value) const`, for the types of
+/// `VRELIO_STACK_TYPES` in that order. Both convert as `vrel_dt_convert` does. Of a complex value for a real
+/// element the real part counts; a real one for a complex element has no imaginary part.
 ///
 /// ```cpp
 /// const auto it = VStackInterface::make_iterator(&stack, region);
@@ -51,14 +60,10 @@ class VRELIO_EXPORT VStackInterface::iterator_base {
 
 #define VRELIO_DECLARE_WRITE(type) virtual void write(type value) = 0;
 #define VRELIO_DECLARE_READ(type) virtual void read(type& value) const = 0;
-  /// \name Slots 0 to 39
-  /// Convert a value as by `vrel_dt_convert`; of a complex value for a real element the real part
-  /// counts, and the other way round the imaginary part becomes 0. The slots are those of writing, then
-  /// those of reading, in the order of `VRELIO_STACK_TYPES`.
-  /// @{
+  /// \cond
   VRELIO_STACK_TYPES(VRELIO_DECLARE_WRITE)
   VRELIO_STACK_TYPES(VRELIO_DECLARE_READ)
-  /// @}
+  /// \endcond
 #undef VRELIO_DECLARE_WRITE
 #undef VRELIO_DECLARE_READ
 
@@ -102,7 +107,8 @@ class VRELIO_EXPORT VStackInterface::iterator_base {
   bool at_end = true;                        ///< whether all elements have been passed
 };
 
-/// Reads the elements of a stack of `T`, one of the 20 element types.
+/// Reads the elements of a stack of `T`, one of the 20 element types. Writing through it raises "Cannot write
+/// through an iterator for reading!" (-1), whatever the value.
 template <class T>
 class VRELIO_EXPORT VStackInterface::const_iterator : public VStackInterface::iterator_base {
  public:
@@ -111,20 +117,14 @@ class VRELIO_EXPORT VStackInterface::const_iterator : public VStackInterface::it
   ///   constructor of `iterator_base`.
   const_iterator(const VStackInterface* stack, const VStackRegion& region);
 
-  using iterator_base::read;
-  using iterator_base::write;
-
 #define VRELIO_DECLARE_WRITE(type) void write(type value) override;
 #define VRELIO_DECLARE_READ(type) void read(type& value) const override;
-  /// \name Writing
-  /// \throws VrelError "Cannot write through an iterator for reading!" (-1), whatever the value.
-  /// @{
+  /// \cond
+  using iterator_base::read;
+  using iterator_base::write;
   VRELIO_STACK_TYPES(VRELIO_DECLARE_WRITE)
-  /// @}
-  /// \name Reading
-  /// @{
   VRELIO_STACK_TYPES(VRELIO_DECLARE_READ)
-  /// @}
+  /// \endcond
 #undef VRELIO_DECLARE_READ
 };
 
@@ -136,12 +136,10 @@ class VRELIO_EXPORT VStackInterface::iterator : public VStackInterface::const_it
   /// \throws VrelError as the constructor of `const_iterator`.
   iterator(VStackInterface* stack, const VStackRegion& region);
 
+  /// \cond
   using iterator_base::write;
-
-  /// \name Writing
-  /// @{
   VRELIO_STACK_TYPES(VRELIO_DECLARE_WRITE)
-  /// @}
+  /// \endcond
 #undef VRELIO_DECLARE_WRITE
 };
 
