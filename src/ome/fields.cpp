@@ -30,6 +30,7 @@ void set_default(Json::Value& node, Json::Value initial) {
 }  // namespace
 
 template <class Reference>
+// NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved on, which a template hides
 Object<Reference>::Object(Json::Value& viewed, Json::Value initial, const Remains& remains)
     : Json::Reference(viewed), Reference(viewed), remains_(remains) {
   check<MapRule>(viewed);

@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+#include "stack/large_pages_internal.h"
+
 namespace Vrel::detail {
 
 /// A block of bytes that are 0 at first; the system gives large ones only where they are used.
@@ -16,6 +18,7 @@ class ByteBuffer {
       : bytes_(size == 0 ? nullptr : static_cast<unsigned char*>(std::calloc(size, 1))),
         size_(size) {
     if (size != 0 && bytes_ == nullptr) throw std::bad_alloc();
+    prefer_large_pages(bytes_.get(), size);
   }
 
   unsigned char* data() const { return bytes_.get(); }

@@ -57,7 +57,7 @@ void VStackImp::resize() {
   if (count != 0 && element_size == 0) raise(id_plain, "Unknown type of elements");
   if (count * element_size > std::numeric_limits<unsigned int>::max())
     raise(id_plain, "The size increases the maximum size");
-  if (is_shared()) throw std::runtime_error("Cannot resize shared data");
+  if (data_.shared) throw std::runtime_error("Cannot resize shared data");
   try {
     resize_local(count * element_size);
   } catch (const std::bad_alloc&) {
@@ -71,7 +71,7 @@ void VStackImp::resize_local(std::size_t size) {
   if (size == old_size) return;
   const auto buffer = boost::make_shared<ByteBuffer>(size);
   const std::size_t kept = std::min(size, old_size);
-  if (kept != 0) std::memcpy(buffer->data(), get_data_ptr(), kept);
+  if (kept != 0) std::memcpy(buffer->data(), data_.local->data(), kept);
   data_.local = buffer;
 }
 

@@ -103,9 +103,10 @@ class VStackInfoImp::RegionTaker {
     const double source_length = source_.get_length(source_axis);
     const double source_begin = source_.get_offset(source_axis) - source_length * 0.5;
     const double length = size * source_length / source_size;
-    const unsigned int pixels = static_cast<unsigned int>(region_.from[source_axis]) * size;
+    const unsigned int whole_pixels =
+        static_cast<unsigned int>(region_.from[source_axis]) * size / source_size;
     result_.take_length(axis, length);
-    result_.take_offset(axis, pixels / source_size + source_begin + length * 0.5);
+    result_.take_offset(axis, whole_pixels + source_begin + length * 0.5);
   }
 
   // Both matrices have their rows running fastest.

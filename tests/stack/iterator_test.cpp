@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "stack/raw_stack.h"
+#include "stack/region_of.h"
 #include "support/expect_error.h"
 
 namespace {
@@ -17,14 +18,6 @@ namespace {
 using Bounds = std::vector<int>;
 using Sizes = std::vector<unsigned int>;
 using Numbers = std::vector<int>;
-
-VStackRegion region_of(const Bounds& from, const Bounds& to, const Sizes& permutation) {
-  VStackRegion region;
-  region.from = from;
-  region.to = to;
-  region.permutation = permutation;
-  return region;
-}
 
 VStackRegion whole_of(const VStackInterface& stack) {
   VStackRegion region;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "stack/region_of.h"
 #include "support/expect_error.h"
 
 namespace {
@@ -15,14 +16,6 @@ using Bounds = std::vector<int>;
 using Sizes = std::vector<unsigned int>;
 
 constexpr int end_of_axis = VStackRegion::end_of_axis;
-
-VStackRegion region_of(const Bounds& from, const Bounds& to, const Sizes& permutation) {
-  VStackRegion region;
-  region.from = from;
-  region.to = to;
-  region.permutation = permutation;
-  return region;
-}
 
 VStackInfoImp stack_of(const Sizes& sizes) {
   VStackInfoImp info(0);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "stack/raw_stack.h"
+#include "stack/region_of.h"
 #include "support/expect_error.h"
 
 namespace {
@@ -22,14 +23,6 @@ using Bytes = std::vector<unsigned char>;
 using Sizes = std::vector<unsigned int>;
 
 constexpr int complex_flag = 0x40000000;
-
-VStackRegion region_of(const Bounds& from, const Bounds& to, const Sizes& permutation) {
-  VStackRegion region;
-  region.from = from;
-  region.to = to;
-  region.permutation = permutation;
-  return region;
-}
 
 Bytes bytes_of(const VStackImp& stack) {
   return Bytes(stack.get_data_ptr(), stack.get_data_ptr() + stack.get_data_size());

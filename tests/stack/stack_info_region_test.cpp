@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "stack/region_of.h"
 #include "support/expect_error.h"
 
 namespace {
@@ -14,14 +15,6 @@ using Bounds = std::vector<int>;
 using Sizes = std::vector<unsigned int>;
 using Numbers = std::vector<double>;
 using Texts = std::vector<std::string>;
-
-VStackRegion region_of(const Bounds& from, const Bounds& to, const Sizes& permutation) {
-  VStackRegion region;
-  region.from = from;
-  region.to = to;
-  region.permutation = permutation;
-  return region;
-}
 
 VStackInfoImp info_of(const Sizes& sizes) {
   VStackInfoImp info(0);
