@@ -9,6 +9,12 @@
 
 namespace Vrel::detail {
 
+// Move a file, all ones to its end. Raises "Invalid stack position specified in header!" (-4) where the
+// system refuses the position.
+u64 checked_seek(VFileAccess& file, u64 position);
+// The position of a file. Raises the same where it has none.
+u64 checked_tell(const VFileAccess& file);
+
 // Reads forward through a small window, so that many short fields cost few system calls.
 //
 // Every read is held against the bytes that the file has from here on, before memory is taken for
