@@ -103,6 +103,8 @@ class VBFStackImp final : public VBFStackInterface, public VStackInfoImp {
   void open_segment();
   void write_samples(Source source, unsigned int count);
   void write_piece(const Source& source, unsigned int count);
+  template <class Work>
+  void write_to_segment(Work work);
   void store(const Source& source, unsigned int first, unsigned int count);
   void store_block(const Source& source, unsigned int first, unsigned int count);
   void update_variable_size();

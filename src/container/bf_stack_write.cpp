@@ -152,8 +152,8 @@ void VBFStackImp::write_stack_header() {
 }
 
 void VBFStackImp::open_segment() {
-  record_.data_position =
-      segment_.init_w(*file_, segment_level(record_.header), VZippedSegment::no_limit);
+  record_.data_position = checked_position(
+      segment_.init_w(*file_, segment_level(record_.header), VZippedSegment::no_limit));
   record_.flush_block_size =
       choose_flush_block_size(flush_block_size_, get_size(0), get_sample_size(), get_sizes());
   if (record_.flush_block_size != 0) segment_.set_flush_block_size(record_.flush_block_size);
@@ -184,19 +184,24 @@ void VBFStackImp::write_piece(const Source& source, unsigned int count) {
 
 // The output that a zlib stream could not get rid of is lost, and so is the stream; raw samples are
 // written again at the same place.
-void VBFStackImp::store(const Source& source, unsigned int first, unsigned int count) {
-  const bool is_plain = source.type == get_dt() && source.imaginary == nullptr;
-  const unsigned int block = is_plain ? count : get_block_length(source.sample_size);
+template <class Work>
+void VBFStackImp::write_to_segment(Work work) {
   try {
-    for (const unsigned int end = first + count; first < end;) {
-      const unsigned int length = std::min(end - first, block);
-      store_block(source, first, length);
-      first += length;
-      stored_ahead_ += length;
-    }
+    work();
   } catch (...) {
     if (segment_level(record_.header) > 0) segment_.end();
     throw;
+  }
+}
+
+void VBFStackImp::store(const Source& source, unsigned int first, unsigned int count) {
+  const bool is_plain = source.type == get_dt() && source.imaginary == nullptr;
+  const unsigned int block = is_plain ? count : get_block_length(source.sample_size);
+  for (const unsigned int end = first + count; first < end;) {
+    const unsigned int length = std::min(end - first, block);
+    write_to_segment([&] { store_block(source, first, length); });
+    first += length;
+    stored_ahead_ += length;
   }
 }
 
@@ -234,7 +239,7 @@ void VBFStackImp::complete() {
 void VBFStackImp::finish_samples() {
   if (samples_finished_) return;
   if (written_ != 0) {
-    segment_.write_end();
+    write_to_segment([&] { segment_.write_end(); });
     record_.header.data_length = segment_.get_cur_pos_file() - record_.data_position;
     if (record_.flush_block_size != 0) {
       record_.flush_positions = segment_.get_flush_positions(record_.flush_block_size);

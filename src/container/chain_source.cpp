@@ -18,16 +18,16 @@ constexpr u64 window_size = 16384;
   raise(id_format, "Invalid stack position specified in header!");
 }
 
-u64 checked_position(u64 reached) {
-  if (reached == refused) raise_invalid_position();
-  return reached;
-}
-
 [[noreturn]] void raise_short_read(u64 size) {
   raise(id_file_system, "Failed reading %d bytes from file!", static_cast<int>(size));
 }
 
 }  // namespace
+
+u64 checked_position(u64 position) {
+  if (position == refused) raise_invalid_position();
+  return position;
+}
 
 u64 checked_seek(VFileAccess& file, u64 position) { return checked_position(file.seek(position)); }
 

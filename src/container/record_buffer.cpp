@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "container/chain_source_internal.h"
 #include "foundation/raise_internal.h"
 
 namespace Vrel::detail {
@@ -18,7 +19,7 @@ void RecordBuffer::write(const void* buffer, unsigned size) {
 
 void RecordBuffer::flush_to(VFile& file) const {
   constexpr std::size_t largest_transfer = 1u << 30;
-  const u64 begin = file.tell();
+  const u64 begin = checked_tell(file);
   try {
     for (std::size_t done = 0; done < bytes_.size();) {
       const std::size_t piece = std::min(bytes_.size() - done, largest_transfer);
