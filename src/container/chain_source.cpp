@@ -18,11 +18,11 @@ constexpr u64 window_size = 16384;
   raise(id_format, "Invalid stack position specified in header!");
 }
 
-[[noreturn]] void raise_short_read(u64 size) {
+}  // namespace
+
+void raise_short_read(u64 size) {
   raise(id_file_system, "Failed reading %d bytes from file!", static_cast<int>(size));
 }
-
-}  // namespace
 
 u64 checked_position(u64 position) {
   if (position == refused) raise_invalid_position();

@@ -3,15 +3,12 @@
 #include <algorithm>
 
 #include "container/chain_source_internal.h"
-#include "foundation/raise_internal.h"
 
 namespace Vrel::detail {
 
 u64 RecordBuffer::seek(u64 /*position*/) { return tell(); }
 
-void RecordBuffer::read(void* /*buffer*/, unsigned size) {
-  raise(id_file_system, "Failed reading %d bytes from file!", static_cast<int>(size));
-}
+void RecordBuffer::read(void* /*buffer*/, unsigned size) { raise_short_read(size); }
 
 void RecordBuffer::write(const void* buffer, unsigned size) {
   bytes_.append(static_cast<const char*>(buffer), size);

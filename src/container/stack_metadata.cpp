@@ -25,9 +25,8 @@ const VProparray<T>& get_array(VProp& tree, const char* key) {
 }
 
 // Errors of the library are read without a report, which would pass for that of the error that follows.
-template <class Work>
-void add_words(const char* format, Work work) {
-  const auto raise_with = [&](const char* text) { throw VrelError()(format, text)(id_plain); };
+template <class Work, class Raise>
+void add_words(Work work, Raise raise_with) {
   try {
     work();
   } catch (const VrelError& error) {
@@ -37,33 +36,48 @@ void add_words(const char* format, Work work) {
   }
 }
 
+[[noreturn]] void raise_not_exported(const char* text) {
+  raise(id_plain, "Invalid meta information! Could not export to xml.\n%s", text);
+}
+
+[[noreturn]] void raise_invalid(const char* text) {
+  raise(id_plain, "Invalid metadata found!\n%s", text);
+}
+
+VProp make_tree(const VStackPosition& position) {
+  VProp tree;
+  tree[axes_key] = position.axes;
+  tree[offset_key] = position.offset;
+  tree[projection_key] = position.projection;
+  return tree;
+}
+
+void take_position(VProp& tree, VStackInfoInterface& info) {
+  VStackPosition position;
+  position.create(&info, 0);
+  position.axes = get_array<VPropstring>(tree, axes_key);
+  position.offset = get_array<double>(tree, offset_key);
+  position.projection = get_array<double>(tree, projection_key);
+  info.set_stack_position(position);
+}
+
 }  // namespace
 
 std::string export_metadata(const VStackPosition& position) {
   std::string text;
-  add_words("Invalid meta information! Could not export to xml.\n%s", [&] {
-    VProp tree;
-    tree[axes_key] = position.axes;
-    tree[offset_key] = position.offset;
-    tree[projection_key] = position.projection;
-    vrel_export_xml(text, tree, vrel_xml_root);
-  });
+  add_words([&] { vrel_export_xml(text, make_tree(position), vrel_xml_root); }, raise_not_exported);
   return text;
 }
 
 void import_metadata(const std::string& text, std::uint32_t format_version,
                      VStackInfoInterface& info) {
-  add_words("Invalid metadata found!\n%s", [&] {
-    VProp tree;
-    vrel_import_xml(text, tree, vrel_xml_any);
-    if (format_version < first_version_with_position) return;
-    VStackPosition position;
-    position.create(&info, 0);
-    position.axes = get_array<VPropstring>(tree, axes_key);
-    position.offset = get_array<double>(tree, offset_key);
-    position.projection = get_array<double>(tree, projection_key);
-    info.set_stack_position(position);
-  });
+  add_words(
+      [&] {
+        VProp tree;
+        vrel_import_xml(text, tree, vrel_xml_any);
+        if (format_version >= first_version_with_position) take_position(tree, info);
+      },
+      raise_invalid);
 }
 
 }  // namespace Vrel::detail
