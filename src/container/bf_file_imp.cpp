@@ -125,6 +125,7 @@ void VBFFileImp::close() {
 }
 
 void* VBFFileImp::detach() {
+  if (!is_open()) return nullptr;
   finish_content();
   cut_off_stacks();
   void* const handle = VFile::detach();
