@@ -261,7 +261,7 @@ void VBFFileImp::seek_to_stack_end(unsigned int stack) {
 boost::shared_ptr<VBFStackInterface> VBFFileImp::add_stack(bool empty) {
   if (!content_.is_writable) raise(id_plain, "File not open for writing!");
   finish();
-  const auto stack = boost::make_shared<VBFStackImp>(this, empty);
+  auto stack = boost::make_shared<VBFStackImp>(this, empty);
   stack->set_compression(content_.compression_type, content_.compression_level);
   stacks_.push_back(stack);
   return stack;
@@ -275,7 +275,7 @@ VBFFileImp::stack_ptr VBFFileImp::copy_stack(unsigned int index) {
   if (index >= stacks_.size()) {
     raise(id_format, "Invalid stack index %d!", static_cast<int>(index));
   }
-  const auto stack = boost::make_shared<VBFStackImp>(*stacks_[index]);
+  auto stack = boost::make_shared<VBFStackImp>(*stacks_[index]);
   keep_handle(stack);
   return stack;
 }
@@ -308,7 +308,7 @@ void VBFFileImp::write_stack(const VStackInterface* stack, int option) {
 
 boost::shared_ptr<VStackInterface> VBFFileImp::read_stack(unsigned int index, int option) {
   const stack_ptr stack = copy_stack(index);
-  const auto memory = boost::make_shared<VStackImp>(0U);
+  auto memory = boost::make_shared<VStackImp>(0U);
   memory->create(stack.get(), option);
   VBFStackImp::copy_units(*stack, *memory);
   stack->read(memory->get_dt(), memory->get_data_ptr(), nullptr);

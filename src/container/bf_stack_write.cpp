@@ -265,7 +265,8 @@ void VBFStackImp::write_footer() {
   sections.flush_to(*file_);
   file_->correct(record.stack_position + data_length_offset, record.header.data_length);
   if (growing_) {
-    checked_seek(*file_, record.stack_position + sizes_offset + 4 * (record.header.rank - 1));
+    const u64 last_axis = record.header.rank - 1;
+    checked_seek(*file_, record.stack_position + sizes_offset + 4 * last_axis);
     write_u32(*file_, get_dimension_size(record.header.rank - 1));
   }
   checked_seek(*file_, end);

@@ -23,6 +23,11 @@ class QUuid;
 /// of the binary interface.
 class VRELIO_EXPORT VBFFileInterface {
  public:
+  /// \cond
+  VBFFileInterface(const VBFFileInterface&) = delete;
+  VBFFileInterface& operator=(const VBFFileInterface&) = delete;
+  /// \endcond
+
   /// Called with the bytes of a piece of samples as stored (before compression), behind each piece that
   /// is written and before each that is read; 0 cancels.
   using progress_callback = int (*)(unsigned int bytes, void* argument);
@@ -115,8 +120,6 @@ class VRELIO_EXPORT VBFFileInterface {
  protected:
   /// \cond
   VBFFileInterface() = default;
-  VBFFileInterface(const VBFFileInterface&) = delete;
-  VBFFileInterface& operator=(const VBFFileInterface&) = delete;
   /// \endcond
 };
 
