@@ -14,17 +14,24 @@ namespace {
 constexpr u64 refused = ~u64{0};
 constexpr u64 window_size = 16384;
 
-[[noreturn]] void raise_short_read(u64 size) {
-  raise(id_file_system, "Failed reading %d bytes from file!", static_cast<int>(size));
-}
-
-u64 checked_seek(VFileAccess& file, u64 position) {
-  const u64 reached = file.seek(position);
-  if (reached == refused) raise(id_format, "Invalid stack position specified in header!");
-  return reached;
+[[noreturn]] void raise_invalid_position() {
+  raise(id_format, "Invalid stack position specified in header!");
 }
 
 }  // namespace
+
+void raise_short_read(u64 size) {
+  raise(id_file_system, "Failed reading %d bytes from file!", static_cast<int>(size));
+}
+
+u64 checked_position(u64 position) {
+  if (position == refused) raise_invalid_position();
+  return position;
+}
+
+u64 checked_seek(VFileAccess& file, u64 position) { return checked_position(file.seek(position)); }
+
+u64 checked_tell(const VFileAccess& file) { return checked_position(file.tell()); }
 
 ChainSource::ChainSource(VFileAccess& file)
     : file_(file), position_(file.tell()), end_(checked_seek(file, ~u64{0})), unread_(end_) {
@@ -35,7 +42,7 @@ void ChainSource::seek(u64 position) { position_ = checked_seek(file_, position)
 
 void ChainSource::skip(u64 size) {
   if (size == 0) return;
-  if (size >= refused - position_) raise(id_format, "Invalid stack position specified in header!");
+  if (size >= refused - position_) raise_invalid_position();
   seek(position_ + size);
 }
 

@@ -9,6 +9,16 @@
 
 namespace Vrel::detail {
 
+// Move a file, all ones to its end. Raises "Invalid stack position specified in header!" (-4) where the
+// system refuses the position.
+u64 checked_seek(VFileAccess& file, u64 position);
+// The position of a file, or one that it has told. Raises the same where it has none.
+u64 checked_tell(const VFileAccess& file);
+u64 checked_position(u64 position);
+
+// Raise "Failed reading %d bytes from file!" (-3).
+[[noreturn]] void raise_short_read(u64 size);
+
 // Reads forward through a small window, so that many short fields cost few system calls.
 //
 // Every read is held against the bytes that the file has from here on, before memory is taken for

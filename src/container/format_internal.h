@@ -40,6 +40,9 @@ bool decode(const FileHeaderBytes& bytes, FileHeader& header);
 bool decode(const StackHeaderBytes& bytes, StackHeader& header);
 void decode(const StackFooterBytes& bytes, StackFooter& footer);
 
+// Raises "Tag keys cannot be empty!" (-1).
+[[noreturn]] void raise_empty_tag_key();
+
 // Bytes of a dictionary in the file, its terminator included.
 u64 encoded_size(const Dictionary& dictionary);
 
@@ -54,6 +57,9 @@ void write_sections(VFileAccess& file, const StackRecord& stack);
 // Entries in order of their keys, then an empty key. Raises "Tag keys cannot be empty!" (-1) before
 // anything is written.
 void write_dictionary(VFileAccess& file, const Dictionary& dictionary);
+
+// The length of a text as its field holds it. Raises "String too long!" (-1).
+std::uint32_t length_field(const std::string& text);
 
 // Single fields, for the corrections and for what stands alone.
 void write_u32(VFileAccess& file, std::uint32_t value);

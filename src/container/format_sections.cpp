@@ -56,15 +56,17 @@ std::vector<std::string> read_texts(ChainSource& source, std::uint32_t count) {
 }
 
 void check_keys(const Dictionary& dictionary) {
-  if (dictionary.count(std::string()) != 0) raise(id_plain, "Tag keys cannot be empty!");
+  if (dictionary.count(std::string()) != 0) raise_empty_tag_key();
 }
+
+}  // namespace
+
+void raise_empty_tag_key() { raise(id_plain, "Tag keys cannot be empty!"); }
 
 std::uint32_t length_field(const std::string& text) {
   if (text.size() >= impossible_length) raise(id_plain, "String too long!");
   return static_cast<std::uint32_t>(text.size());
 }
-
-}  // namespace
 
 void write_u32(VFileAccess& file, std::uint32_t value) {
   unsigned char bytes[4];

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "container/conversion_internal.h"
 #include "foundation/raise_internal.h"
 
 namespace Vrel {
@@ -16,10 +17,7 @@ constexpr std::uint32_t compression_zlib = 1;
 
 unsigned checked_sample_size(int data_type) {
   const int size = vrel_dt_get_size(data_type);
-  if (size == 0) {
-    const char* const name = vrel_dt_get_name(data_type);
-    raise(id_plain, "Invalid on-the-fly conversion from '%s' to '%s'!", name, name);
-  }
+  if (size == 0) raise_no_conversion(data_type, data_type);
   return static_cast<unsigned>(size);
 }
 

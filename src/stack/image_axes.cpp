@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "stack/stack_errors_internal.h"
+
 namespace Vrel::detail {
 namespace {
 
@@ -118,7 +120,7 @@ char get_axis_letter(const OmeImage& image, unsigned int axis) {
 void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes) {
   for (const unsigned int size : sizes)
     if (size == 0) throw std::invalid_argument("Unsupported zero size");
-  if (sizes.size() > image_rank) throw std::invalid_argument("Unsupported number of sizes");
+  if (sizes.size() > image_rank) raise_unsupported_number_of_sizes();
   const auto size_of = [&](std::size_t axis) {
     return integer(axis < sizes.size() ? sizes[axis] : 1U);
   };
@@ -128,9 +130,12 @@ void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes) {
     set_size_by_letter(image, axis, size_of(axis));
 }
 
-bool has_image_step(const OmeImage& image, unsigned int axis, double length) {
-  const char letter = get_axis_letter(image, axis);
-  return letter != 0 && letter != 'C' && length >= 0;
+void clear_image_sizes(OmeImage& image) {
+  image.SizeX = Json::Value();
+  image.SizeY = Json::Value();
+  image.SizeZ = Json::Value();
+  image.SizeC = Json::Value();
+  image.SizeT = Json::Value();
 }
 
 void set_image_step(OmeImage& image, unsigned int axis, unsigned int size, double length) {

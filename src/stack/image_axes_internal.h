@@ -12,9 +12,9 @@ using OmeImage = Ome::Image<Json::SignalingReference>;
 /// Set the sizes; those that are left out are 1. Raises std::invalid_argument "Unsupported zero size"
 /// or "Unsupported number of sizes" for more than 5, and "bad cast" for one above 2^31 - 1.
 void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes);
+/// Leave the image without sizes.
+void clear_image_sizes(OmeImage& image);
 
-/// Whether the image has a place for the length of an axis.
-bool has_image_step(const OmeImage& image, unsigned int axis, double length);
 /// Set the physical step of an axis from its number of elements and its length. Raises
 /// std::invalid_argument "Unsupported physical dimension" for axes without one, and "bad cast" for a length
 /// that is not positive.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <stdexcept>
 
 #include "foundation/raise_internal.h"
 #include "ome/qt_text_internal.h"
@@ -22,18 +23,18 @@ std::string text_of(const Json::Value& field) {
 // A name of an enumeration; no name is refused like any that the field does not know.
 Json::Value name_of(const char* name) { return std::string(name == nullptr ? "" : name); }
 
-// Lifts a lock for a while.
-class Unlocked {
- public:
-  explicit Unlocked(bool& locked) : locked_(locked), was_locked_(locked) { locked_ = false; }
-  Unlocked(const Unlocked&) = delete;
-  Unlocked& operator=(const Unlocked&) = delete;
-  ~Unlocked() { locked_ = was_locked_; }
-
- private:
-  bool& locked_;
-  const bool was_locked_;
-};
+// The image takes what it can hold; what it refuses stays as it is.
+template <class Work>
+bool is_accepted(Work work) {
+  try {
+    work();
+    return true;
+  } catch (const Json::BadCast&) {
+    return false;
+  } catch (const std::invalid_argument&) {
+    return false;
+  }
+}
 
 }  // namespace
 
@@ -107,11 +108,21 @@ void VStackInfoImp::set_info(const VStackInfoInterface* info) {
 
 void VStackInfoImp::set_sizes(const std::vector<unsigned int>& sizes) {
   check_unlocked();
+  store_sizes(sizes);
+  if (number_of_elements_ != 0) set_image_sizes(meta_data_, sizes_);
+}
+
+void VStackInfoImp::store_sizes(const std::vector<unsigned int>& sizes) {
   number_of_elements_ = count_elements(sizes.data(), static_cast<std::uint32_t>(sizes.size()));
   sizes_ = sizes;
   resize_axes(sizes.size());
   keep_position_valid();
-  if (number_of_elements_ != 0) set_image_sizes(meta_data_, sizes_);
+}
+
+void VStackInfoImp::take_sizes(const std::vector<unsigned int>& sizes) {
+  store_sizes(sizes);
+  if (number_of_elements_ == 0) return;
+  if (!is_accepted([&] { set_image_sizes(meta_data_, sizes_); })) clear_image_sizes(meta_data_);
 }
 
 void VStackInfoImp::resize_axes(std::size_t rank) {
@@ -135,18 +146,23 @@ void VStackInfoImp::set_type(int type) {
   if (type != 0) meta_data_.Type = name_of(Ome::get_type_name(Ome::get_type(type)));
 }
 
+void VStackInfoImp::take_type(int type) {
+  type_ = type;
+  const bool is_held =
+      is_accepted([&] { meta_data_.Type = name_of(Ome::get_type_name(Ome::get_type(type))); });
+  if (!is_held) meta_data_.Type = Json::Value();
+}
+
 void VStackInfoImp::set_variable_size(unsigned int size) {
   if (sizes_.empty()) return;
   std::vector<unsigned int> sizes = sizes_;
   sizes.back() = size;
-  const Unlocked unlocked(locked_);
-  set_sizes(sizes);
+  take_sizes(sizes);
 }
 
 void VStackInfoImp::set_variable_type(int type) {
   if (type_ != 0) raise(id_plain, "The type is already set to %d.", type_);
-  const Unlocked unlocked(locked_);
-  set_type(type);
+  take_type(type);
 }
 
 void VStackInfoImp::set_name(const std::string& name) {
@@ -207,8 +223,7 @@ void VStackInfoImp::store_offset(unsigned int axis, double offset) {
 
 void VStackInfoImp::take_length(unsigned int axis, double length) {
   store_length(axis, length);
-  if (has_image_step(meta_data_, axis, length))
-    set_image_step(meta_data_, axis, sizes_[axis], length);
+  is_accepted([&] { set_image_step(meta_data_, axis, sizes_[axis], length); });
 }
 
 void VStackInfoImp::take_offset(unsigned int axis, double offset) {
@@ -329,6 +344,13 @@ double VStackInfoImp::get_offset(unsigned int axis) const {
 std::string VStackInfoImp::get_label(unsigned int axis) const {
   check_axis(axis);
   return labels_[axis];
+}
+
+si::value VStackInfoImp::get_stored_units(const VStackInfoInterface& info, unsigned int axis) {
+  const auto* const held = dynamic_cast<const VStackInfoImp*>(&info);
+  if (held == nullptr) return info.get_units(axis);
+  held->check_axis(axis);
+  return held->units_[axis];
 }
 
 si::value VStackInfoImp::get_units(unsigned int axis) const {

@@ -21,12 +21,18 @@ using Texts = std::vector<std::string>;
 // What the owners of a description can do.
 class Info : public VStackInfoImp {
  public:
+  using VStackInfoImp::get_stored_units;
   using VStackInfoImp::is_locked;
   using VStackInfoImp::lock;
+  using VStackInfoImp::set_meta_data_string;
   using VStackInfoImp::set_sizes;
   using VStackInfoImp::set_type;
   using VStackInfoImp::set_variable_size;
   using VStackInfoImp::set_variable_type;
+  using VStackInfoImp::take_length;
+  using VStackInfoImp::take_offset;
+  using VStackInfoImp::take_sizes;
+  using VStackInfoImp::take_type;
   using VStackInfoImp::VStackInfoImp;
 };
 
@@ -670,6 +676,68 @@ TEST(StackInfoTest, AVariableTypeIsSetOnce) {
   EXPECT_TRUE(info.is_locked());
   EXPECT_VREL_ERROR(info.set_variable_type(4), "The type is already set to 64.", -1);
   EXPECT_EQ(info.get_dt(), 64);
+}
+
+TEST(StackInfoTest, AVariableTypeMayHaveNoPixelType) {
+  Info info(1);
+  info.meta_data().Type = Json::Value("uint8");
+  info.set_variable_type(0x1000);
+  EXPECT_EQ(info.get_dt(), 0x1000);
+  EXPECT_TRUE(info.meta_data().Type.value().is_null());
+}
+
+TEST(StackInfoTest, SixAxesGrowAsWell) {
+  Info info(6);
+  info.set_sizes({2, 1, 1, 1, 1, 0});
+  info.set_variable_size(3);
+  EXPECT_EQ(info.get_number_of_elements(), 6U);
+  EXPECT_TRUE(info.meta_data().SizeX.value().is_null());
+  EXPECT_TRUE(info.meta_data().SizeT.value().is_null());
+}
+
+// --- Facts of a file
+
+TEST(StackInfoTest, FactsAreStoredWhetherTheImageCanHoldThemOrNot) {
+  Info info(0U);
+  info.take_sizes({3000000000U});
+  EXPECT_EQ(info.get_number_of_elements(), 3000000000U);
+  EXPECT_TRUE(info.meta_data().SizeX.value().is_null());
+  info.take_sizes({1, 2, 3, 4, 5, 6});
+  EXPECT_EQ(info.get_number_of_elements(), 720U);
+  EXPECT_TRUE(info.meta_data().SizeY.value().is_null());
+  info.take_type(0x40000001);
+  EXPECT_EQ(info.get_dt(), 0x40000001);
+  EXPECT_TRUE(info.meta_data().Type.value().is_null());
+  for (unsigned axis = 0; axis < 6; ++axis) {
+    info.take_length(axis, axis == 1 ? -1.0 : 5e-324);
+    info.take_offset(axis, 2.5);
+    EXPECT_EQ(info.get_length(axis), axis == 1 ? -1.0 : 5e-324);
+    EXPECT_EQ(info.get_offset(axis), 2.5);
+  }
+  info.set_meta_data_string("text");
+  EXPECT_EQ(info.get_meta_data_string(), "text");
+}
+
+TEST(StackInfoTest, FactsThatTheImageCanHoldStandThere) {
+  Info info(0U);
+  info.take_sizes({4, 5});
+  info.take_type(64);
+  info.take_length(0, 8.0);
+  EXPECT_EQ(value_of<int>(info.meta_data().SizeY.value()), 5);
+  EXPECT_EQ(value_of<std::string>(info.meta_data().Type.value()), "float");
+  EXPECT_EQ(value_of<double>(info.meta_data().PhysicalSizeX.value()), 2.0);
+  EXPECT_VREL_ERROR(info.take_sizes({65536, 65536}), "The product exceeds the maximum size.", -1);
+  EXPECT_EQ(info.get_sizes(), (Sizes{4, 5}));
+}
+
+TEST(StackInfoTest, StoredUnitsAreNoGuess) {
+  Info info = info_of({2});
+  info.set_label(0, "X");
+  EXPECT_FALSE(info.get_units(0).is_dimensionless());
+  EXPECT_TRUE(Info::get_stored_units(info, 0).is_dimensionless());
+  EXPECT_VREL_ERROR(Info::get_stored_units(info, 1), "Invalid axis specified!", -15);
+  info.set_units(0, si::value(std::string("s")));
+  EXPECT_EQ(Info::get_stored_units(info, 0), si::value(std::string("s")));
 }
 
 // --- Axes

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdarg>
@@ -13,6 +14,7 @@ namespace {
 const Vrel::testing::Fault* active = nullptr;
 int seen = 0;
 bool hit = false;
+std::vector<Vrel::testing::WrittenBytes>* recorded = nullptr;
 std::string name_of_shared_memory;
 
 bool fails(Vrel::testing::SystemCall call) {
@@ -66,6 +68,13 @@ void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, in
 
 using Vrel::testing::SystemCall;
 
+static void record_write(int descriptor, const void* buffer, ssize_t size) {
+  if (recorded == nullptr || size <= 0) return;
+  const off_t end = __real_lseek(descriptor, 0, SEEK_CUR);
+  recorded->push_back({static_cast<std::size_t>(end - size),
+                       {static_cast<const char*>(buffer), static_cast<std::size_t>(size)}});
+}
+
 int __wrap_open(const char* name, int flags, ...) {
   std::va_list arguments;
   va_start(arguments, flags);
@@ -80,8 +89,11 @@ ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
 }
 
 ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
-  return faulty_transfer(SystemCall::write, size,
-                         [&](std::size_t part) { return __real_write(descriptor, buffer, part); });
+  const ssize_t moved = faulty_transfer(SystemCall::write, size, [&](std::size_t part) {
+    return __real_write(descriptor, buffer, part);
+  });
+  record_write(descriptor, buffer, moved);
+  return moved;
 }
 
 off_t __wrap_lseek(int descriptor, off_t offset, int whence) {
@@ -134,6 +146,10 @@ ScopedSystemFault::~ScopedSystemFault() {
 int ScopedSystemFault::calls() const { return seen; }
 
 bool ScopedSystemFault::happened() const { return hit; }
+
+ScopedWriteRecord::ScopedWriteRecord() { recorded = &writes_; }
+
+ScopedWriteRecord::~ScopedWriteRecord() { recorded = nullptr; }
 
 std::string last_name_of_shared_memory() { return name_of_shared_memory; }
 

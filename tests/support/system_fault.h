@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace Vrel::testing {
 
@@ -30,6 +31,26 @@ class ScopedSystemFault {
   // Calls of the kind seen so far.
   int calls() const;
   bool happened() const;
+};
+
+// Bytes that a write has moved, and where to.
+struct WrittenBytes {
+  std::size_t position;
+  std::string bytes;
+};
+
+// While it lives, keeps what the calls of write move. One at a time.
+class ScopedWriteRecord {
+ public:
+  ScopedWriteRecord();
+  ~ScopedWriteRecord();
+  ScopedWriteRecord(const ScopedWriteRecord&) = delete;
+  ScopedWriteRecord& operator=(const ScopedWriteRecord&) = delete;
+
+  const std::vector<WrittenBytes>& writes() const { return writes_; }
+
+ private:
+  std::vector<WrittenBytes> writes_;
 };
 
 // The name that was last given to shm_open, whether it succeeded or not.

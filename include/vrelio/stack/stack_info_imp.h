@@ -78,11 +78,29 @@ class VRELIO_EXPORT VStackInfoImp : public virtual VStackInfoInterface {
   /// Set the data type id, 0 for none.
   /// \throws std::invalid_argument "Unsupported data type"; the id is stored nevertheless.
   void set_type(int type);
-  /// Set the size of the last axis, also of a locked description; nothing without axes.
+  /// Set the size of the last axis, also of a locked description; nothing without axes. The OME image
+  /// as with `take_sizes`.
+  /// \throws VrelError "The product exceeds the maximum size." (-1), and nothing has changed.
   void set_variable_size(unsigned int size);
-  /// Set the data type id of a description that has none, also of a locked one.
+  /// Set the data type id of a description that has none, also of a locked one. The OME image as with
+  /// `take_type`.
   /// \throws VrelError "The type is already set to %d." (-1).
   void set_variable_type(int type);
+
+  /// Set sizes that are a fact already, as those of a file. Where the OME image cannot hold them, it has
+  /// none.
+  /// \throws VrelError "The product exceeds the maximum size." (-1), and nothing has changed.
+  void take_sizes(const std::vector<unsigned int>& sizes);
+  /// Set a data type id that is a fact already. Where the OME image cannot hold it, it has no type.
+  void take_type(int type);
+  /// Set the extent of an axis that is a fact already, in the OME image only where that can hold it.
+  void take_length(unsigned int axis, double length);
+  /// Set the position of an axis that is a fact already, in the OME image only where that can hold it.
+  void take_offset(unsigned int axis, double offset);
+  /// Set the metadata as the file has it.
+  void set_meta_data_string(const std::string& text) { meta_data_string_ = text; }
+  /// The unit of an axis as it was set, without the guess of `get_units` where `info` allows to tell.
+  static si::value get_stored_units(const VStackInfoInterface& info, unsigned int axis);
   /// Let no setter change anything from now on.
   void lock() noexcept { locked_ = true; }
   /// Whether setters raise.
@@ -101,9 +119,7 @@ class VRELIO_EXPORT VStackInfoImp : public virtual VStackInfoInterface {
   const std::vector<double>& current_col_positions(unsigned int axis) const;
   void store_length(unsigned int axis, double length);
   void store_offset(unsigned int axis, double offset);
-  // Set what another stack has, in the OME image only where that has a place for it.
-  void take_length(unsigned int axis, double length);
-  void take_offset(unsigned int axis, double offset);
+  void store_sizes(const std::vector<unsigned int>& sizes);
 
   mutable std::vector<std::vector<double>> col_positions_;  // of equidistant axes: a cache
   std::vector<double> lengths_;

@@ -1,0 +1,83 @@
+#include "container/stack_metadata_internal.h"
+
+#include <vrelio/prop/prop.h>
+#include <vrelio/prop/prop_array.h>
+#include <vrelio/prop/prop_xml.h>
+
+#include <exception>
+
+#include "foundation/raise_internal.h"
+
+namespace Vrel::detail {
+
+namespace {
+
+constexpr std::uint32_t first_version_with_position = 3;
+
+constexpr const char* axes_key = "global_pos.axes";
+constexpr const char* offset_key = "global_pos.offset";
+constexpr const char* projection_key = "global_pos.projection";
+
+template <class T>
+const VProparray<T>& get_array(VProp& tree, const char* key) {
+  const VProp& node = tree.getp(key, true);
+  return node.get<VProparray<T>>();
+}
+
+// Errors of the library are read without a report, which would pass for that of the error that follows.
+template <class Work, class Raise>
+void add_words(Work work, Raise raise_with) {
+  try {
+    work();
+  } catch (const VrelError& error) {
+    raise_with(error.get_msg());
+  } catch (const std::exception& error) {
+    raise_with(error.what());
+  }
+}
+
+[[noreturn]] void raise_not_exported(const char* text) {
+  raise(id_plain, "Invalid meta information! Could not export to xml.\n%s", text);
+}
+
+[[noreturn]] void raise_invalid(const char* text) {
+  raise(id_plain, "Invalid metadata found!\n%s", text);
+}
+
+VProp make_tree(const VStackPosition& position) {
+  VProp tree;
+  tree[axes_key] = position.axes;
+  tree[offset_key] = position.offset;
+  tree[projection_key] = position.projection;
+  return tree;
+}
+
+void take_position(VProp& tree, VStackInfoInterface& info) {
+  VStackPosition position;
+  position.create(&info, 0);
+  position.axes = get_array<VPropstring>(tree, axes_key);
+  position.offset = get_array<double>(tree, offset_key);
+  position.projection = get_array<double>(tree, projection_key);
+  info.set_stack_position(position);
+}
+
+}  // namespace
+
+std::string export_metadata(const VStackPosition& position) {
+  std::string text;
+  add_words([&] { vrel_export_xml(text, make_tree(position), vrel_xml_root); }, raise_not_exported);
+  return text;
+}
+
+void import_metadata(const std::string& text, std::uint32_t format_version,
+                     VStackInfoInterface& info) {
+  add_words(
+      [&] {
+        VProp tree;
+        vrel_import_xml(text, tree, vrel_xml_any);
+        if (format_version >= first_version_with_position) take_position(tree, info);
+      },
+      raise_invalid);
+}
+
+}  // namespace Vrel::detail

@@ -1,0 +1,105 @@
+// Stacks beyond 4 GiB, in files that take no room on the disk.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <vrelio/container/bf_file.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "container/format_internal.h"
+#include "support/temporary_file.h"
+
+namespace {
+
+using testing::ElementsAre;
+using Vrel::FileHeader;
+using Vrel::StackHeader;
+using Vrel::testing::TemporaryFile;
+
+constexpr int real = 0x80;
+constexpr unsigned columns = 65536;
+constexpr unsigned rows = 49152;
+constexpr u64 header_end = 26 + 368;
+
+// A raw stack of 24 GiB of doubles, all of them 0 but for one, without footer and dictionary.
+class SparseFile {
+ public:
+  SparseFile() : descriptor_(::open(file_.path().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    FileHeader header;
+    header.format_version = 1;
+    header.first_stack = 26;
+    write(Vrel::detail::encode(header), 0);
+    StackHeader stack;
+    stack.format_version = 0;
+    stack.rank = 2;
+    stack.sizes[0] = columns;
+    stack.sizes[1] = rows;
+    stack.data_type = real;
+    stack.data_length = u64{8} * columns * rows;
+    write(Vrel::detail::encode(stack), 26);
+    is_made_ = ::ftruncate(descriptor_, static_cast<off_t>(header_end + stack.data_length)) == 0;
+  }
+  SparseFile(const SparseFile&) = delete;
+  SparseFile& operator=(const SparseFile&) = delete;
+  ~SparseFile() { ::close(descriptor_); }
+
+  bool is_made() const { return is_made_; }
+  std::wstring name() const { return file_.name(); }
+
+  void set_sample(u64 index, double value) const {
+    ASSERT_EQ(
+        ::pwrite(descriptor_, &value, sizeof value, static_cast<off_t>(header_end + 8 * index)), 8);
+  }
+
+ private:
+  template <class Bytes>
+  void write(const Bytes& bytes, off_t position) const {
+    ASSERT_EQ(::pwrite(descriptor_, bytes.data(), bytes.size(), position),
+              static_cast<ssize_t>(bytes.size()));
+  }
+
+  TemporaryFile file_;
+  int descriptor_;
+  bool is_made_ = false;
+};
+
+TEST(BFLargeStackTest, SamplesBehindFourGiBAreReadByTheirPosition) {
+  const SparseFile sparse;
+  if (!sparse.is_made()) GTEST_SKIP() << "no sparse files here";
+  constexpr unsigned place = 3000000000U;
+  sparse.set_sample(place, 0.5);
+  sparse.set_sample(u64{columns} * rows - 1, 0.25);
+  VBFFile file(sparse.name(), VFile::mode_read);
+  const auto stack = file->get_stack(0);
+  EXPECT_EQ(stack->get_size(0), u64{8} * columns * rows);
+  std::vector<double> samples(3, 7.0);
+  int position = static_cast<int>(place - 1);
+  stack->read(real, samples.data(), nullptr, 3, position);
+  EXPECT_THAT(samples, ElementsAre(0.0, 0.5, 0.0));
+  EXPECT_EQ(static_cast<unsigned>(position), place + 2);
+  position = static_cast<int>(columns * rows - 1);
+  stack->read(real, samples.data(), nullptr, VBFStackInterface::all_samples, position);
+  EXPECT_EQ(samples[0], 0.25);
+  EXPECT_EQ(position, VBFStackInterface::position_exhausted);
+}
+
+TEST(BFLargeStackTest, AStackBehindThemIsAppendedAndRead) {
+  const SparseFile sparse;
+  if (!sparse.is_made()) GTEST_SKIP() << "no sparse files here";
+  {
+    VBFFile file(sparse.name(), VFile::mode_modify);
+    const auto stack = file->add_stack(false);
+    stack->create({3}, 1);
+    stack->write(1, "abc", nullptr, 3);
+    file->close();
+  }
+  VBFFile file(sparse.name(), VFile::mode_read);
+  std::string samples(3, '?');
+  file->get_stack(1)->read(1, samples.data(), nullptr);
+  EXPECT_EQ(samples, "abc");
+}
+
+}  // namespace
