@@ -1,6 +1,8 @@
 // Takes in the whole public interface of VrelIo.
 #pragma once
 
+#include <vrelio/container/bf_file.h>
+#include <vrelio/container/bf_stack.h>
 #include <vrelio/container/chain.h>
 #include <vrelio/container/records.h>
 #include <vrelio/container/sample_reader.h>
