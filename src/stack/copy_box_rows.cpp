@@ -52,6 +52,7 @@ class RowCopy {
     if (copy_.conversion.is_copy()) return move(source, destination, count);
     if (copy_.unit.elements < long_unit_elements) return gather(source, destination, count);
     for (std::size_t i = 0; i < count; ++i) {
+      prefetch_row(source, i + 1, copy_.unit.source_size);
       if (streams_)
         stream_unit(source.at(i), destination.at(i));
       else
