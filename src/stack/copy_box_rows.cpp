@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "foundation/stream_internal.h"
@@ -12,6 +13,13 @@ constexpr std::size_t streaming_unit_size = 512;
 
 // Units that are converted one by one; shorter ones are brought together first.
 constexpr std::size_t long_unit_elements = 64;
+
+// Units from which on the next one is fetched while one is copied: what lies between them keeps the
+// processor from doing so by itself.
+constexpr std::size_t prefetched_unit_size = 256;
+
+// What the processor needs of a unit to find the way along it.
+constexpr std::size_t prefetched_size = 1024;
 
 // Rows of units along one axis are worth taking at once from here on.
 constexpr std::size_t many_units = 16;
@@ -52,7 +60,7 @@ class RowCopy {
     if (copy_.conversion.is_copy()) return move(source, destination, count);
     if (copy_.unit.elements < long_unit_elements) return gather(source, destination, count);
     for (std::size_t i = 0; i < count; ++i) {
-      prefetch_row(source, i + 1, copy_.unit.source_size);
+      prefetch_unit(source, i + 1);
       if (streams_)
         stream_unit(source.at(i), destination.at(i));
       else
@@ -61,8 +69,24 @@ class RowCopy {
   }
 
   void move(SourceRows source, DestinationRows destination, std::size_t count) const {
-    if (streams_) return stream_rows(source, destination, copy_.unit.destination_size, count);
-    move_rows(source, destination, copy_.unit.destination_size, count);
+    const std::size_t size = copy_.unit.destination_size;
+    if (size < prefetched_unit_size) return move_rows(source, destination, size, count);
+    for (std::size_t i = 0; i < count; ++i) {
+      prefetch_unit(source, i + 1);
+      move_unit({source.at(i), source.pitch}, {destination.at(i), destination.pitch});
+    }
+  }
+
+  void move_unit(SourceRows source, DestinationRows destination) const {
+    if (streams_) return stream_rows(source, destination, copy_.unit.destination_size, 1);
+    move_rows(source, destination, copy_.unit.destination_size, 1);
+  }
+
+  // A unit that does not exist is not fetched.
+  void prefetch_unit(SourceRows source, std::size_t index) const {
+    const auto first = reinterpret_cast<std::uintptr_t>(source.first);
+    const auto pitch = static_cast<std::uintptr_t>(source.pitch);
+    prefetch(first + index * pitch, std::min(copy_.unit.source_size, prefetched_size));
   }
 
   // One long unit, block by block by way of a buffer that stays in the cache.

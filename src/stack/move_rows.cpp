@@ -8,9 +8,6 @@
 namespace Vrel::detail {
 namespace {
 
-// What the processor's own fetching ahead needs to find the way along a row.
-constexpr std::size_t prefetched_size = 1024;
-
 struct Words {
   std::uint64_t words[2];
 };
@@ -47,10 +44,7 @@ void move_word_pairs(SourceRows source, DestinationRows destination, std::size_t
 
 void move_long_rows(SourceRows source, DestinationRows destination, std::size_t row_size,
                     std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    prefetch_row(source, i + 1, row_size);
-    std::memcpy(destination.at(i), source.at(i), row_size);
-  }
+  for (std::size_t i = 0; i < count; ++i) std::memcpy(destination.at(i), source.at(i), row_size);
 }
 
 bool is_one_row(SourceRows source, DestinationRows destination, std::size_t row_size) {
@@ -69,12 +63,6 @@ void stream_row(const unsigned char* source, unsigned char* destination, std::si
 }
 
 }  // namespace
-
-void prefetch_row(SourceRows source, std::size_t index, std::size_t row_size) {
-  const auto first = reinterpret_cast<std::uintptr_t>(source.first);
-  const auto pitch = static_cast<std::uintptr_t>(source.pitch);
-  prefetch(first + index * pitch, std::min(row_size, prefetched_size));
-}
 
 void move_rows(SourceRows source, DestinationRows destination, std::size_t row_size,
                std::size_t count) {
@@ -107,10 +95,7 @@ void stream_rows(SourceRows source, DestinationRows destination, std::size_t row
     row_size *= count;
     count = 1;
   }
-  for (std::size_t i = 0; i < count; ++i) {
-    prefetch_row(source, i + 1, row_size);
-    stream_row(source.at(i), destination.at(i), row_size);
-  }
+  for (std::size_t i = 0; i < count; ++i) stream_row(source.at(i), destination.at(i), row_size);
 }
 
 }  // namespace Vrel::detail

@@ -17,9 +17,6 @@ struct Rows {
 using SourceRows = Rows<const unsigned char>;
 using DestinationRows = Rows<unsigned char>;
 
-/// Fetch the begin of a row that comes next; one that does not exist is none.
-void prefetch_row(SourceRows source, std::size_t index, std::size_t row_size);
-
 /// Through the cache.
 void move_rows(SourceRows source, DestinationRows destination, std::size_t row_size,
                std::size_t count);
