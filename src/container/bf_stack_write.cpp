@@ -20,8 +20,6 @@ namespace Vrel::detail {
 
 namespace {
 
-constexpr std::uint32_t compression_raw = 0;
-constexpr std::uint32_t compression_zlib = 1;
 constexpr int best_compression = 9;
 
 int segment_level(const StackHeader& header) {
@@ -265,9 +263,9 @@ void VBFStackImp::write_footer() {
   sections.flush_to(*file_);
   file_->correct(record.stack_position + data_length_offset, record.header.data_length);
   if (growing_) {
-    const u64 last_axis = record.header.rank - 1;
-    checked_seek(*file_, record.stack_position + sizes_offset + 4 * last_axis);
-    write_u32(*file_, get_dimension_size(record.header.rank - 1));
+    const unsigned last_axis = record.header.rank - 1;
+    checked_seek(*file_, record.stack_position + size_offset(last_axis));
+    write_u32(*file_, get_dimension_size(last_axis));
   }
   checked_seek(*file_, end);
   record_.stack_end = end;

@@ -20,9 +20,14 @@ constexpr std::uint32_t reader_version = 5;
 // A length field of this value is never that of a bare text.
 constexpr std::uint32_t impossible_length = 0xFFFFFFFFu;
 
+// What a stack's compression type says; any other is raw in a file.
+constexpr std::uint32_t compression_raw = 0;
+constexpr std::uint32_t compression_zlib = 1;
+
 // Fields that are corrected after their record was written, from its start.
 constexpr u64 first_stack_offset = 14;
 constexpr u64 sizes_offset = 24;
+constexpr u64 size_offset(u64 axis) { return sizes_offset + 4 * axis; }
 constexpr u64 data_length_offset = 352;
 constexpr u64 next_stack_offset = 360;
 constexpr u64 stack_end_offset = 1432;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "container/conversion_internal.h"
+#include "container/format_internal.h"
 #include "foundation/raise_internal.h"
 
 namespace Vrel {
@@ -12,8 +13,6 @@ namespace Vrel {
 namespace {
 
 using namespace detail;
-
-constexpr std::uint32_t compression_zlib = 1;
 
 unsigned checked_sample_size(int data_type) {
   const int size = vrel_dt_get_size(data_type);

@@ -12,7 +12,7 @@ namespace Vrel::detail {
 
 namespace {
 
-constexpr int id_value = 0x4000;
+constexpr int id_value = Vrel::prop_element_id<VProp>;
 
 template <class T>
 VProp hold(const void* value) {

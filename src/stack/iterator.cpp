@@ -1,4 +1,3 @@
-#include <vrelio/foundation/data_type.h>
 #include <vrelio/stack/iterator.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 
 #include "foundation/convert_value_internal.h"
 #include "foundation/raise_internal.h"
+#include "stack/element_strides_internal.h"
 #include "stack/readable_data_internal.h"
 #include "stack/region_fit_internal.h"
 #include "stack/stack_errors_internal.h"
@@ -65,12 +65,12 @@ VStackInterface::iterator_base::iterator_base(const VStackInterface* stack,
   at_end = stack->get_number_of_elements() == 0 || std::count(ends, ends + rank, 0U) != 0;
   if (at_end) return;
   pointer = const_cast<unsigned char*>(readable_data(*stack));
-  auto stride = static_cast<std::size_t>(vrel_dt_get_size(stack->get_dt()));
+  const std::vector<std::size_t> all_strides = element_strides(sizes, stack->get_dt());
   for (const AxisFit& axis : fit.axes) {
+    const std::size_t stride = all_strides[axis.source_axis];
     // An axis of which more than one index is walked has a stride that an int holds.
     if (axis.is_walked) strides[axis.result_axis] = static_cast<int>(stride);
     pointer += static_cast<std::size_t>(axis.source.from) * stride;
-    stride *= sizes[axis.source_axis];
   }
 }
 

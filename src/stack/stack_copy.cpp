@@ -1,5 +1,4 @@
 // Copies of regions of stacks.
-#include <vrelio/foundation/data_type.h>
 #include <vrelio/stack/region.h>
 #include <vrelio/stack/stack_imp.h>
 
@@ -11,6 +10,7 @@
 
 #include "stack/byte_buffer_internal.h"
 #include "stack/copy_box_internal.h"
+#include "stack/element_strides_internal.h"
 #include "stack/readable_data_internal.h"
 #include "stack/region_fit_internal.h"
 #include "stack/stack_errors_internal.h"
@@ -18,17 +18,6 @@
 using namespace Vrel::detail;
 
 namespace {
-
-// Bytes from one element to the next along each axis of a buffer.
-std::vector<std::size_t> strides_of(const std::vector<unsigned int>& sizes, int type) {
-  std::vector<std::size_t> strides;
-  auto stride = static_cast<std::size_t>(vrel_dt_get_size(type));
-  for (const unsigned int size : sizes) {
-    strides.push_back(stride);
-    stride *= size;
-  }
-  return strides;
-}
 
 // The elements of the source that a region shows, and where they come to lie.
 struct Box {
@@ -106,7 +95,8 @@ void VStackImp::copy_elements(const VStackInterface& source, const VStackRegion&
   if (fit.sizes != get_sizes()) raise_internal_error();
   const int source_type = source.get_dt();
   const Box box =
-      BoxMaker(strides_of(source_sizes, source_type), strides_of(fit.sizes, get_dt())).make(fit);
+      BoxMaker(element_strides(source_sizes, source_type), element_strides(fit.sizes, get_dt()))
+          .make(fit);
   if (box.is_empty) return;
   if (!fit.is_inside) std::memset(get_data_ptr(), 0, get_data_size());
   const unsigned char* const begin = readable_data(source) + box.source_begin;

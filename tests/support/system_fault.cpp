@@ -52,6 +52,7 @@ int __real_flock(int descriptor, int operation);
 int __real_ftruncate(int descriptor, off_t length);
 int __real_posix_fallocate(int descriptor, off_t offset, off_t length);
 int __real_shm_open(const char* name, int flags, mode_t permissions);
+void* __real_calloc(std::size_t count, std::size_t size);
 void* __real_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
                   off_t offset);
 
@@ -63,6 +64,7 @@ int __wrap_flock(int descriptor, int operation);
 int __wrap_ftruncate(int descriptor, off_t length);
 int __wrap_posix_fallocate(int descriptor, off_t offset, off_t length);
 int __wrap_shm_open(const char* name, int flags, mode_t permissions);
+void* __wrap_calloc(std::size_t count, std::size_t size);
 void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
                   off_t offset);
 
@@ -118,6 +120,10 @@ int __wrap_shm_open(const char* name, int flags, mode_t permissions) {
   name_of_shared_memory = name;
   return faulty<int>(SystemCall::open_shared,
                      [&] { return __real_shm_open(name, flags, permissions); });
+}
+
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+  return fails(SystemCall::allocate) ? nullptr : __real_calloc(count, size);
 }
 
 void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int descriptor,

@@ -8,7 +8,18 @@
 
 namespace Vrel::testing {
 
-enum class SystemCall { open, read, write, seek, lock, truncate, reserve, open_shared, map };
+enum class SystemCall {
+  open,
+  read,
+  write,
+  seek,
+  lock,
+  truncate,
+  reserve,
+  open_shared,
+  map,
+  allocate
+};
 
 struct Fault {
   SystemCall call;
