@@ -1,6 +1,5 @@
 #include <vrelio/container/sample_reader.h>
 
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +13,7 @@
 #include "lib/progress_bar.h"
 #include "lib/sample_copy.h"
 #include "lib/standard_output.h"
+#include "number_option.h"
 
 namespace Vrel::tool {
 
@@ -76,22 +76,6 @@ ExitCode run(const Options& options) {
     print_failure(failure);
     return failure.code;
   }
-}
-
-// Decimal digits only: no sign, no blank, and a leading zero does not make it octal.
-template <class Number>
-CLI::Option* add_number(CLI::App& verb, const std::string& name, Number& number,
-                        const std::string& help) {
-  const auto parse = [name, &number](const std::string& text) {
-    u64 value = 0;
-    const char* const end = text.data() + text.size();
-    const std::from_chars_result result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc() || result.ptr != end) {
-      throw CLI::ValidationError(name, "'" + text + "' is not a number from 0 on");
-    }
-    number = value;
-  };
-  return verb.add_option_function<std::string>(name, parse, help)->type_name("N");
 }
 
 std::string check_output_name(const std::string& name) {

@@ -1,39 +1,25 @@
-// A new file that appears under its name only when it is whole.
+// A stream of bytes into a new file.
 #pragma once
 
 #include <string>
 
+#include "lib/new_file.h"
 #include "lib/output.h"
 
 namespace Vrel::tool {
 
-/// Written to a temporary name in the folder of the target. `finish` gives it its name; without
-/// that, by an error or a signal, nothing is left.
 class OutputFile : public Output {
  public:
-  /// \param replace  whether a file of that name may be replaced.
-  /// \throws OutputError "Output file exists already, --force replaces it!" or "Could not create
-  /// output file!", with the system error.
+  /// Parameters and errors are those of `NewFile`.
   OutputFile(std::string path, bool replace);
-  ~OutputFile() override;
 
   using Output::write;
   void write(const void* data, std::size_t size) override;
-
-  /// \throws OutputError as the constructor, also for a file of that name that came up meanwhile;
-  /// "Could not write!" with the system error.
+  /// \throws OutputError as `NewFile::finish`.
   void finish() override;
 
  private:
-  void check_target() const;
-  void create_temporary();
-  void close_temporary();
-  bool take_name() const;
-
-  std::string path_;
-  bool replace_;
-  std::string temporary_;
-  int descriptor_ = -1;
+  NewFile file_;
 };
 
 }  // namespace Vrel::tool
