@@ -14,6 +14,7 @@
 
 #include "container/bf_stack_imp_internal.h"
 #include "container/chain_source_internal.h"
+#include "container/dbl_internal.h"
 #include "container/format_internal.h"
 #include "container/record_buffer_internal.h"
 #include "container/report_internal.h"
@@ -37,6 +38,12 @@ void check_mode(VFile::mode mode) {
   const bool is_mode =
       mode == VFile::mode_read || mode == VFile::mode_create || mode == VFile::mode_modify;
   if (!is_mode) raise(id_mode, "Invalid opening mode!");
+}
+
+bool names_dbl(const VPropstring& name) {
+  const std::wstring ending = L".dbl";
+  return name.size() >= ending.size() &&
+         name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 }  // namespace
@@ -68,9 +75,21 @@ void VBFFileImp::attach(void*& handle, VFile::mode access) {
 
 void VBFFileImp::open(const VPropstring& name, VFile::mode access) {
   check_mode(access);
+  if (access == mode_read && names_dbl(name)) return open_dbl(name);
   VFile::open(name, access);
   is_owned_ = true;
   prepare(access);
+}
+
+// A file with one raw stack, and nothing else that a VBF file has.
+void VBFFileImp::open_dbl(const VPropstring& name) {
+  check_can_take_file(mode_read);
+  cut_off_stacks();
+  const DblHeader header = read_dbl_header(name);
+  const auto stack = boost::make_shared<VBFStackImp>(this, header);
+  VFile::open(name, mode_read);
+  is_owned_ = true;
+  stacks_.push_back(stack);
 }
 
 void VBFFileImp::prepare(VFile::mode access) {

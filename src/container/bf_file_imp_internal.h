@@ -80,6 +80,7 @@ class VBFFileImp final : public VBFFileInterface, public VFile {
 
   void become_new();
   void prepare(VFile::mode access);
+  void open_dbl(const VPropstring& name);
   void read_content();
   void take_record(FileRecord& record);
   void finish_content();

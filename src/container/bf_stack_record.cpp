@@ -62,6 +62,18 @@ void VBFStackImp::take_description(StackRecord& record) {
   record.metadata = {};
 }
 
+void VBFStackImp::take_description(const DblHeader& header) {
+  const auto end = std::find_if(header.dims.begin(), header.dims.end(),
+                                [](std::uint16_t size) { return size < 2; });
+  VStackInfoImp::create({header.dims.begin(), end}, dbl_data_type(header));
+  for (unsigned axis = 0; axis < get_rank(); ++axis) take_length(axis, header.lengths[axis]);
+  record_.header.data_type = get_dt();
+  record_.number_of_samples = get_number_of_elements();
+  record_.data_position = dbl_header_size;
+  record_.header.data_length = u64{record_.number_of_samples} * dbl_sample_size(header);
+  record_.stack_end = record_.data_position + record_.header.data_length;
+}
+
 StackHeader VBFStackImp::make_header() const {
   StackHeader header;
   header.rank = get_rank();
