@@ -165,6 +165,8 @@ void VBFFileImp::finish_content() {
 
 void VBFFileImp::write_closing_dictionary() {
   std::ostringstream text;
+  // Without memory a stream goes silent, and half a document would be taken for the whole.
+  text.exceptions(std::ios::badbit);
   Json::write_xml(root_, text);
   const u64 end = checked_seek(*this, end_of_file);
   content_.dictionary_position = end;
