@@ -55,7 +55,8 @@ void VBFStackImp::take_description(StackRecord& record) {
   if (!record.name.empty()) set_name(record.name);
   if (!record.description.empty()) set_description(record.description);
   set_meta_data_string(record.metadata);
-  if (!record.metadata.empty()) import_metadata(record.metadata, header.format_version, *this);
+  const auto position = import_metadata(record.metadata, header.format_version, header.rank);
+  if (position) set_stack_position(*position);
   record.labels = {};
   record.column_positions = {};
   record.column_labels = {};
