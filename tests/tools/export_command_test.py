@@ -254,7 +254,7 @@ class TypeTest(ExportTest):
 MICROMETRE = unit(METRE, 1e-6)
 
 # The schema's sequences, for the elements that are written.
-CHILDREN = {"OME": ["Image"], "Image": ["Description", "Pixels"], "Pixels": ["Channel", "TiffData", "Plane"]}
+CHILDREN = {"OME": ["Image"], "Image": ["AcquisitionDate", "Description", "Pixels"], "Pixels": ["Channel", "TiffData", "Plane"]}
 
 
 class OmeTiffCase(ExportTest):
@@ -385,6 +385,15 @@ class OmeTiffTest(OmeTiffCase):
         self.assertEqual(attributes["PhysicalSizeXUnit"], "µm")
         self.assertEqual((attributes["TimeIncrement"], attributes["TimeIncrementUnit"]), ("21", "s"))
         self.assertFalse(any(key.startswith(("PhysicalSizeY", "PhysicalSizeZ")) for key in attributes))
+
+    def test_the_date_is_that_of_the_file(self):
+        xml = (b"<ome:OME Creator=\"c\"><ome:Image ID=\"Image:1\"><ome:AcquisitionDate>2026-11-21T22:13:14"
+               b"</ome:AcquisitionDate></ome:Image></ome:OME>")
+        source = self.write(vbf_described.stack([Axis(2, "X")], b"\x01\0\2\0", entries={b"ome_xml": xml}))
+        _, _, root = self.read(self.export(source, ".tif"))
+        self.check_order(root)
+        date = root.find(f"{NAMESPACE}Image/{NAMESPACE}AcquisitionDate")
+        self.assertEqual(date.text, "2026-11-21T22:13:14")
 
     def test_a_region_keeps_its_size_and_its_place(self):
         axes, array = self.described()

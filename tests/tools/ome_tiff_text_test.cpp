@@ -44,6 +44,7 @@ Region whole(const StackRecord& stack) {
 TEST(OmeTiffTextTest, DocumentOfAnImageIsThisText) {
   OmeImage image;
   image.name = "a<b";
+  image.date = "2026-11-21T22:13:14";
   image.description = "two\nlines, 5 \xC2\xB5m";
   image.type = "uint16";
   image.order = "XYCTZ";
@@ -63,6 +64,7 @@ TEST(OmeTiffTextTest, DocumentOfAnImageIsThisText) {
       " xsi:schemaLocation=\"http://www.openmicroscopy.org/Schemas/OME/2016-06"
       " http://www.openmicroscopy.org/Schemas/OME/2016-06/ome.xsd\">"
       "<Image ID=\"Image:0\" Name=\"a&#60;b\">"
+      "<AcquisitionDate>2026-11-21T22:13:14</AcquisitionDate>"
       "<Description>two&#10;lines, 5 &#181;m</Description>"
       "<Pixels ID=\"Pixels:0\" DimensionOrder=\"XYCTZ\" Type=\"uint16\" SizeX=\"4\" SizeY=\"3\""
       " SizeZ=\"1\" SizeC=\"2\" SizeT=\"2\" PhysicalSizeX=\"0.25\" PhysicalSizeXUnit=\"&#181;m\""

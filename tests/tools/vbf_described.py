@@ -39,8 +39,10 @@ def compressed(samples, block_size):
     return stream + packer.flush(), flush_points
 
 
-def stack(axes, samples, data_type=4, name="", description="", block_size=0):
-    """A file of one stack; compressed where a block size is given. The fastest axis comes first."""
+def stack(axes, samples, data_type=4, name="", description="", block_size=0, entries=None):
+    """A file of one stack; compressed where a block size is given, of format version 2 where a file
+    dictionary is given. The fastest axis comes first."""
+    start = 26 if entries is None else 34
     flush_points = []
     if block_size:
         samples, flush_points = compressed(samples, block_size)
@@ -50,8 +52,9 @@ def stack(axes, samples, data_type=4, name="", description="", block_size=0):
     sections += b"".join(prefixed(text.encode()) for axis in axes for text in axis.names)
     sections += struct.pack(f"<{len(flush_points)}Q", *flush_points)
     tags = vbf_bytes.dictionary({})
-    end = 26 + 368 + len(name) + len(description) + len(samples) + 1444 + len(sections) + len(tags)
-    header = b"VREL_BF\n\xff\xff" + struct.pack("<IQI", 1, 26, 0)
+    end = start + 368 + len(name) + len(description) + len(samples) + 1444 + len(sections) + len(tags)
+    header = b"VREL_BF\n\xff\xff" + struct.pack("<IQI", 1 if entries is None else 2, start, 0)
+    header += b"" if entries is None else struct.pack("<Q", end)
     header += b"VREL_BF_STACK\n\xff\xff" + struct.pack("<II", 5, len(axes))
     header += struct.pack("<15I", *padded([axis.size for axis in axes], 0))
     header += struct.pack("<15d", *padded([axis.length for axis in axes], 0.0))
@@ -63,5 +66,6 @@ def stack(axes, samples, data_type=4, name="", description="", block_size=0):
     footer += struct.pack("<15I", *padded([int(bool(axis.names)) for axis in axes], 0))
     footer += struct.pack("<I", 0) + unit() + b"".join(padded([axis.unit for axis in axes], unit()))
     footer += struct.pack("<QQQQI", len(flush_points), block_size, len(tags), end, 0)
-    assert len(header) == 26 + 368 and len(footer) == 1444
-    return header + name + description + samples + footer + sections + tags
+    assert len(header) == start + 368 and len(footer) == 1444
+    file_dictionary = b"" if entries is None else vbf_bytes.dictionary(entries)
+    return header + name + description + samples + footer + sections + tags + file_dictionary

@@ -5,8 +5,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "commands.h"
+#include "lib/acquisition_date.h"
 #include "lib/description.h"
 #include "lib/error_report.h"
 #include "lib/export_output.h"
@@ -44,22 +47,25 @@ std::string creator() {
          std::to_string(VRELIO_VERSION_MINOR) + '.' + std::to_string(VRELIO_VERSION_PATCH);
 }
 
-ExportTarget target_of(const Options& options) {
+// The stack to be exported, and what its samples become.
+struct Job {
+  const Options& options;
+  const FileRecord& file;
+  const StackRecord& stack;
+  SampleReader& reader;
+  int type;
+};
+
+ExportTarget target_of(const Job& job) {
+  const Options& options = job.options;
   ExportTarget target;
   target.name = options.output;
   target.form = *export_form(options.output);
   target.replace = options.force;
   target.compression = static_cast<int>(options.compression.value_or(default_compression));
+  target.date = acquisition_date(job.file, options.stack);
   target.creator = creator();
   return target;
-}
-
-Region region_of(const Options& options, const StackRecord& stack) {
-  const auto begin = stack.header.sizes.begin();
-  const std::vector<std::uint32_t> sizes(begin, begin + stack.header.rank);
-  std::vector<AxisChoice> choices;
-  if (!options.region.empty()) choices = parse_region(options.region);
-  return choose_region(choices, stack.labels, sizes);
 }
 
 // What is to be copied, by number, as `read` gives it.
@@ -69,27 +75,49 @@ struct Selection {
   std::unique_ptr<Output> output;
 };
 
-Selection select(const Options& options, const StackRecord& stack, SampleReader& reader, int type) {
-  const ReadSamples read = [&reader](u64 position, u64 count, void* destination) {
+ReadSamples stored_samples(SampleReader& reader) {
+  return [&reader](u64 position, u64 count, void* destination) {
     reader.read(position, count, destination);
   };
-  const int stored_type = stack.header.data_type;
-  if (is_range(options)) {
-    const SampleRange range =
-        choose_range(reader.get_number_of_samples(), options.offset, options.count);
-    return {convert_samples(read, stored_type, type), range,
-            open_export(target_of(options), range.count, type)};
-  }
-  const Region region = region_of(options, stack);
+}
+
+Selection select_range(const Job& job) {
+  const SampleRange range =
+      choose_range(job.reader.get_number_of_samples(), job.options.offset, job.options.count);
+  ReadSamples read =
+      convert_samples(stored_samples(job.reader), job.stack.header.data_type, job.type);
+  return {std::move(read), range, open_export(target_of(job), range.count, job.type)};
+}
+
+std::vector<std::uint32_t> sizes_of(const StackRecord& stack) {
   const auto begin = stack.header.sizes.begin();
-  const RegionWalk walk({begin, begin + stack.header.rank}, region);
-  const auto walker = std::make_shared<RegionReader>(read, reader.get_sample_size(), walk);
-  const ReadSamples read_on = [walker](u64, u64 count, void* destination) {
-    walker->read(count, destination);
-  };
-  return {convert_samples(read_on, stored_type, type),
+  return {begin, begin + stack.header.rank};
+}
+
+Region choose_region(const Job& job) {
+  std::vector<AxisChoice> choices;
+  if (!job.options.region.empty()) choices = parse_region(job.options.region);
+  return choose_region(choices, job.stack.labels, sizes_of(job.stack));
+}
+
+// Samples of a region are read one after the other, whatever position is asked for.
+ReadSamples samples_of(const Region& region, const Job& job) {
+  const auto reader =
+      std::make_shared<RegionReader>(stored_samples(job.reader), job.reader.get_sample_size(),
+                                     RegionWalk(sizes_of(job.stack), region));
+  return [reader](u64, u64 count, void* destination) { reader->read(count, destination); };
+}
+
+Selection select_region(const Job& job) {
+  const Region region = choose_region(job);
+  ReadSamples read = convert_samples(samples_of(region, job), job.stack.header.data_type, job.type);
+  return {std::move(read),
           {0, number_of_samples(region)},
-          open_export(target_of(options), stack, region, type)};
+          open_export(target_of(job), job.stack, region, job.type)};
+}
+
+int type_of(const Options& options, const StackRecord& stack) {
+  return options.type.empty() ? stack.header.data_type : vrel_dt_from_name(options.type.c_str());
 }
 
 void export_stack(const Options& options) {
@@ -98,10 +126,9 @@ void export_stack(const Options& options) {
   const StackRecord& stack = choose_stack(description, options.stack);
   if (description.error) print_warning(options.file, description.error->what());
   SampleReader reader(input.get_file(), stack);
-  const int type =
-      options.type.empty() ? stack.header.data_type : vrel_dt_from_name(options.type.c_str());
-  const Selection selection = select(options, stack, reader, type);
-  const auto sample_size = static_cast<unsigned>(vrel_dt_get_size(type));
+  const Job job{options, description.file, stack, reader, type_of(options, stack)};
+  const Selection selection = is_range(options) ? select_range(job) : select_region(job);
+  const auto sample_size = static_cast<unsigned>(vrel_dt_get_size(job.type));
   ProgressBar progress = ProgressBar::on_terminal(selection.range.count * sample_size);
   copy_samples(selection.read, sample_size, selection.range, *selection.output, progress);
   selection.output->finish();

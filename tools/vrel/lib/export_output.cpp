@@ -55,7 +55,8 @@ std::vector<u64> shape(const Region& region) {
 
 std::unique_ptr<Output> open_tiff(const ExportTarget& target, const StackRecord& stack,
                                   const Region& region, int data_type) {
-  const OmeImage image = describe_image(stack, region, data_type);
+  OmeImage image = describe_image(stack, region, data_type);
+  image.date = target.date;
   TiffForm form;
   form.width = static_cast<std::uint32_t>(image.axes[ome_x].size);
   form.height = static_cast<std::uint32_t>(image.axes[ome_y].size);

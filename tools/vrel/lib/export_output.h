@@ -26,6 +26,7 @@ struct ExportTarget {
   ExportForm form;       ///< as of `export_form`
   bool replace = false;  ///< whether a file of that name may be replaced
   int compression = 0;   ///< of TIFF: deflate level, 0 for none
+  std::string date;      ///< of OME-TIFF: date of acquisition, empty for none
   std::string creator;   ///< of OME-TIFF: the program
 };
 

@@ -29,6 +29,7 @@ struct OmeAxis {
 /// An image with up to five axes.
 struct OmeImage {
   std::string name;                   ///< any bytes
+  std::string date;                   ///< of acquisition, in the form of XML Schema; empty for none
   std::string description;            ///< any bytes
   std::string type;                   ///< pixel type of OME
   std::string order;                  ///< letters of the axes, the fastest first

@@ -138,6 +138,9 @@ std::string image_element(const OmeImage& image) {
   std::string text = "<Image" + attribute("ID", "Image:0");
   if (!image.name.empty()) text += attribute("Name", image.name);
   text += '>';
+  if (!image.date.empty()) {
+    text += "<AcquisitionDate>" + escape(image.date) + "</AcquisitionDate>";
+  }
   if (!image.description.empty()) {
     text += "<Description>" + escape(image.description) + "</Description>";
   }
