@@ -57,7 +57,7 @@ constexpr SpellingRow spellings[] = {{"micron", micrometre},
                                      {"micrometer", micrometre},
                                      {"micrometre", micrometre},
                                      {"um", micrometre},
-                                     {"\xCE\xBCm", micrometre},
+
                                      {"\\u00B5m", micrometre},
                                      {"\\u00b5m", micrometre},
                                      {"\\u03BCm", micrometre},
@@ -81,7 +81,7 @@ constexpr SpellingRow spellings[] = {{"micron", micrometre},
                                      {"minute", "min"},
                                      {"minutes", "min"},
                                      {"\\u00C5", "\xE2\x84\xAB"},
-                                     {"\xC3\x85", "\xE2\x84\xAB"},
+
                                      {"angstrom", "\xE2\x84\xAB"}};
 
 bool is_of_base(const si::value& unit, std::size_t dimension) {
@@ -90,7 +90,7 @@ bool is_of_base(const si::value& unit, std::size_t dimension) {
 
 // Empty for what is no unit of this base dimension.
 std::string unit_name(const std::string& text, std::size_t dimension) {
-  std::string name = text;
+  std::string name = ome_spelling(text);
   for (const SpellingRow& row : spellings) {
     if (row.spelling == text) name = row.name;
   }

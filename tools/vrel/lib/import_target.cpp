@@ -1,10 +1,14 @@
 #include "lib/import_target.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 #include <vrelio/foundation/data_type.h>
 #include <vrelio/ome/types.h>
 #include <vrelio/version.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <stdexcept>
 #include <utility>
@@ -102,6 +106,17 @@ void take_document(VBFFile& file, const std::string& text) {
   }
 }
 
+// The library tells no reason why a file does not open.
+[[noreturn]] void raise_not_opened(const std::string& path) {
+  constexpr const char* message = "Could not open file!";
+  const int descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+  if (descriptor == -1) raise_output_error(path, message);
+  const bool is_locked = ::flock(descriptor, LOCK_EX | LOCK_NB) != 0;
+  ::close(descriptor);
+  errno = is_locked ? EWOULDBLOCK : EINVAL;
+  raise_output_error(path, message);
+}
+
 std::string stored_document(const std::string& path) {
   InputFile input(path);
   const Dictionary dictionary = read_description(input.get_file()).file.dictionary;
@@ -125,7 +140,12 @@ void ImportTarget::open_new(bool replace) {
 
 void ImportTarget::open_existing() {
   at_output(path_, [&] {
-    file_.open(VPropstring(path_, VPropstring::encoding_local), VFile::mode_modify);
+    try {
+      file_.open(VPropstring(path_, VPropstring::encoding_local), VFile::mode_modify);
+    } catch (const VrelError&) {
+      if (!file_->is_open()) raise_not_opened(path_);
+      throw;
+    }
     const std::string text = stored_document(path_);
     if (!text.empty()) take_document(file_, text);
   });

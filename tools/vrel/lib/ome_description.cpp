@@ -120,7 +120,7 @@ std::vector<std::size_t> find_directories(const Json::Value& pixels, const Plane
 
 std::string unit_of(const Json::Value& pixels, const std::string& key, const char* absent) {
   const std::string unit = text_attribute(pixels, key + "Unit");
-  return unit.empty() ? absent : unit;
+  return unit.empty() ? absent : ome_spelling(unit);
 }
 
 // A step without a unit of length or time, such as "pixel", is none.

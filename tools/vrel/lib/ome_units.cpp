@@ -48,7 +48,15 @@ si::value make_unit(char base, double factor) {
   return {factor, exponents};
 }
 
+constexpr std::string_view greek_mu = "\xCE\xBC";
+
 }  // namespace
+
+std::string ome_spelling(const std::string& name) {
+  if (name == "\xC3\x85") return "\xE2\x84\xAB";
+  if (name.rfind(greek_mu, 0) == 0) return "\xC2\xB5" + name.substr(greek_mu.size());
+  return name;
+}
 
 std::optional<si::value> ome_unit(const std::string& name) {
   for (const UnitRow& row : units) {

@@ -316,16 +316,12 @@ void TiffReader::read_tile_band(const TiffLayout& layout, unsigned y, unsigned s
   }
 }
 
-// The TIFF library takes a complex sample of up to 64 bits for one number when it puts the bytes of
-// the other order right: that changes its parts' places too.
+// The TIFF library takes a complex sample of two bytes for one number when it puts the bytes of the other
+// order right.
 void TiffReader::mend_complex(const TiffLayout& layout, std::vector<unsigned char>& samples) {
-  const unsigned size = sample_size(layout);
-  const bool is_complex = (layout.data_type & complex_flag) != 0;
-  if (!is_complex || size > 8 || TIFFIsByteSwapped(handle_->tiff) == 0) return;
-  for (std::size_t i = 0; i + size <= samples.size(); i += size) {
-    const auto sample = samples.begin() + static_cast<std::ptrdiff_t>(i);
-    std::rotate(sample, sample + size / 2, sample + size);
-  }
+  const bool is_mistaken = layout.data_type == (0x2 | complex_flag);
+  if (!is_mistaken || TIFFIsByteSwapped(handle_->tiff) == 0) return;
+  reverse_bytes(samples.data(), samples.size(), 2);
 }
 
 bool TiffReader::has_plain_planes(u64 planes) {
