@@ -14,7 +14,9 @@ import numpy
 import tifffile
 
 PROGRAM = os.environ["VRELIO_PROGRAM"]
-IMAGES = os.path.join(os.environ.get("VRELIO_TEST_DATA", "../shared/data"), "images")
+REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
+IMAGES = os.path.join(DATA, "images")
 SEED = int(os.environ.get("VRELIO_TEST_SEED", "1"))
 TIME_LIMIT = 60
 
