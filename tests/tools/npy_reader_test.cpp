@@ -87,7 +87,6 @@ TEST(NpyReaderTest, BrokenHeadersAreRefused) {
         "{'descr': '<u2', 'fortran_order': False, 'shape': ()} x",
         "{'descr': '<u2', 'fortran_order': False, 'shape': (), 'more': 1}",
         "{'descr': '<u2', 'descr': '<u2', 'fortran_order': False, 'shape': ()}",
-        "{'descr': '<u2, 'fortran_order': False, 'shape': ()}",
         "{'descr': '\\x3cu2', 'fortran_order': False, 'shape': ()}"}) {
     EXPECT_VREL_ERROR(read_npy_dictionary(text), invalid, -4);
   }

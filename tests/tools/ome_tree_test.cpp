@@ -51,9 +51,10 @@ TEST(OmeTreeTest, ChildrenAreFoundAloneAndTogether) {
 TEST(OmeTreeTest, TextsStayAsTheyAre) {
   const Json::Value root = document(
       "<OME><Image><Description> 12 &lt;</Description><Name b='1'>&amp;t</Name></Image></OME>");
-  const Json::Value& image = *child(Json::Value(Json::Object{{"", root}}), "ome:Image");
-  EXPECT_EQ(image.find("ome:Description")->get<std::string>(), " 12 <");
-  EXPECT_EQ(text_of(image.find("ome:Name")), "&t");
+  const Json::Value* const image = child(root, "ome:Image");
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(text_of(child(*image, "ome:Description")), " 12 <");
+  EXPECT_EQ(text_of(child(*image, "ome:Name")), "&t");
   EXPECT_EQ(text_of(nullptr), "");
 }
 
