@@ -408,6 +408,14 @@ class TiffTest(ImportTestCase):
         self.assertEqual(stack["sizes"], [30, 20, 7])
         self.expect_samples(array)
 
+    def test_python_tells_the_shape_of_an_array(self):
+        array = samples_of((2, 1, 4, 20, 30), "u2")
+        stack, = self.run_import(self.tiff(array, photometric="minisblack"))
+        self.assertEqual((stack["sizes"], stack["labels"]), ([30, 20, 4, 1, 2], ["X", "Y", "", "", ""]))
+        self.expect_samples(array)
+        stack, = self.run_import(self.tiff(array, photometric="minisblack", metadata={"axes": "TCZYX"}), "--force")
+        self.assertEqual(stack["labels"], ["X", "Y", "Z", "C", "T"])
+
     def test_ome_tells_axes_steps_units_and_channels(self):
         array = samples_of((2, 3, 4, 20, 30), "u2")
         file = self.tiff(array, "in.ome.tif", photometric="minisblack", metadata={

@@ -7,6 +7,7 @@
 
 #include "lib/imagej_description.h"
 #include "lib/ome_description.h"
+#include "lib/shaped_description.h"
 #include "lib/tiff_reader.h"
 
 namespace Vrel::tool {
@@ -81,6 +82,31 @@ void add_imagej_axes(ImportStack& stack, u64 planes, const ImageJDescription& de
   add_axis(stack, description.frames, "T");
 }
 
+// Whether the first axes are those of a directory, and the others lead to all its fellows.
+bool fits(const std::vector<ShapedAxis>& shape, const std::vector<ImportAxis>& plane, u64 planes) {
+  if (shape.size() < plane.size()) return false;
+  for (std::size_t i = 0; i < plane.size(); ++i) {
+    if (shape[i].size != plane[i].size) return false;
+  }
+  for (std::size_t i = plane.size(); i < shape.size(); ++i) {
+    if (shape[i].size == 0 || planes % shape[i].size != 0) return false;
+    planes /= shape[i].size;
+  }
+  return planes == 1;
+}
+
+// The axes from plane to plane as the array had them; one axis where nobody tells.
+void add_shaped_axes(ImportStack& stack, u64 planes, const std::string& text) {
+  const auto shape = read_shaped_description(text);
+  const std::size_t rank = stack.axes.size();
+  if (!shape || !fits(*shape, stack.axes, planes)) return add_axis(stack, planes, "");
+  for (std::size_t i = rank; i < shape->size(); ++i) {
+    stack.axes.push_back({});
+    stack.axes.back().size = static_cast<unsigned>((*shape)[i].size);
+    stack.axes.back().label = (*shape)[i].label;
+  }
+}
+
 // All planes behind one directory.
 ImportStack make_plain_stack(const Reader& reader, const ImageJDescription& description) {
   const u64 planes = description.images;
@@ -104,7 +130,7 @@ ImportStack make_run(const Reader& reader, std::size_t begin, std::size_t end) {
     add_imagej_axes(stack, end - begin, *description);
     set_lengths(stack, *description, *reader);
   } else {
-    add_axis(stack, end - begin, "");
+    add_shaped_axes(stack, end - begin, reader->description());
   }
   return stack;
 }
