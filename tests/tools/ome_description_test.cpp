@@ -162,6 +162,27 @@ TEST(OmeDescriptionTest, WhatBreaksTheModelIsLeftOut) {
   EXPECT_EQ(text_attribute(plane, "PositionXUnit"), "reference frame");
 }
 
+TEST(OmeDescriptionTest, WhatIsToldOfAxesOfOneEntryGoesOn) {
+  const OmeImage image =
+      image_of(pixels("SizeC='1' SizeZ='1' SizeT='1' PhysicalSizeZ='0.5' TimeIncrement='-1' "
+                      "TimeIncrementUnit='ms' SignificantBits='12'",
+                      "<TiffData/>"),
+               directories(1));
+  const Json::Value& found = *child(image.image, "ome:Pixels");
+  EXPECT_EQ(number_attribute(found, "PhysicalSizeZ", 0), 0.5);
+  EXPECT_EQ(text_attribute(found, "PhysicalSizeZUnit"), "\xC2\xB5m");
+  EXPECT_EQ(number_attribute(found, "SignificantBits", 0), 12);
+  EXPECT_EQ(attribute(found, "TimeIncrement"), nullptr);
+}
+
+TEST(OmeDescriptionTest, StepsBeyondNumbersAreNotSet) {
+  for (const char* const step : {"1e308", "1e999", "nan", "inf", "0", "-1", "x"}) {
+    const std::string text =
+        "SizeC='1' SizeZ='1' SizeT='1' PhysicalSizeX='" + std::string(step) + '\'';
+    EXPECT_EQ(image_of(pixels(text, "<TiffData/>"), directories(1)).axes[0].length, 0.0) << step;
+  }
+}
+
 TEST(OmeDescriptionTest, DocumentsAreKnownByTheirEnd) {
   EXPECT_TRUE(is_ome_description("<OME></OME>\n"));
   EXPECT_TRUE(is_ome_description("<?xml?><ome:OME></ome:OME>"));

@@ -128,8 +128,9 @@ void take_step(const Json::Value& pixels, const std::string& key, const char* un
                ImportAxis& axis) {
   const double step = number_attribute(pixels, key, 0.0);
   const std::string name = unit_of(pixels, key, unit);
-  if (!std::isfinite(step) || step <= 0.0 || !ome_unit(name)) return;
-  axis.length = step * axis.size;
+  const double length = step * axis.size;
+  if (!std::isfinite(length) || step <= 0.0 || !ome_unit(name)) return;
+  axis.length = length;
   axis.unit = name;
 }
 
@@ -242,6 +243,17 @@ std::string trimmed(const std::string& text) {
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
+// Those that are told of an axis with one entry, too.
+void take_attribute(const Json::Value& pixels, const std::string& key, Json::Value& image) {
+  const Json::Value* const value = attribute(pixels, key);
+  if (value == nullptr) return;
+  Json::Value one;
+  const bool is_text = value->kind() == Json::kind_string;
+  one[""]["ome:Pixels"][key] = is_text ? Json::Value(ome_spelling(text_of(value))) : *value;
+  if (!can_be_viewed<Ome::Image<SignalingReference>>(one)) return;
+  image[""]["ome:Pixels"][key] = one[""]["ome:Pixels"][key];
+}
+
 Json::Value make_image(const Json::Value& source, const Json::Value& pixels) {
   Json::Value image;
   const std::string date = trimmed(text_of(child(source, "ome:AcquisitionDate")));
@@ -250,7 +262,14 @@ Json::Value make_image(const Json::Value& source, const Json::Value& pixels) {
   Json::Value content;
   content["ome:Channel"] = make_list(pixels, "ome:Channel", make_channel);
   content["ome:Plane"] = make_list(pixels, "ome:Plane", make_plane);
-  image[""]["ome:Pixels"][""] = content;
+  Json::Value& target = image[""]["ome:Pixels"];
+  target[""] = content;
+  for (const char* const key : {"SignificantBits", "PhysicalSizeZ", "PhysicalSizeZUnit",
+                                "TimeIncrement", "TimeIncrementUnit"}) {
+    take_attribute(pixels, key, image);
+  }
+  name_unit(target, "PhysicalSizeZ", micrometre);
+  name_unit(target, "TimeIncrement", "s");
   return image;
 }
 

@@ -3,6 +3,7 @@
 #include <vrelio/ome/types.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <stdexcept>
 
@@ -48,8 +49,9 @@ std::string dimension_order(const std::string& letters) {
 }
 
 void set_step(Json::Value& pixels, const std::string& key, const ImportAxis& axis) {
-  if (axis.length <= 0.0 || axis.size == 0) return;
-  pixels[key] = axis.length / axis.size;
+  const double step = axis.length / axis.size;
+  if (!std::isfinite(step) || step <= 0.0) return;
+  pixels[key] = step;
   pixels[key + "Unit"] = axis.unit;
 }
 
