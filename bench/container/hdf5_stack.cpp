@@ -13,7 +13,7 @@ namespace {
 // Enough for the blocks of a plane, so that none is decoded twice.
 constexpr std::size_t cache_size = 16U << 20;
 constexpr std::size_t cache_slots = 10007;
-constexpr double replace_when_read = 1.0;
+constexpr double replace_when_read = 0.75;
 
 hid_t open_access() {
   const hid_t access = H5Pcreate(H5P_DATASET_ACCESS);

@@ -14,6 +14,7 @@ using Command = std::function<ExitCode()>;
 /// Add a verb to the command line; once it was parsed, `chosen` does it.
 void add_info_command(CLI::App& app, Command& chosen);
 void add_export_command(CLI::App& app, Command& chosen);
+void add_import_command(CLI::App& app, Command& chosen);
 void add_props_command(CLI::App& app, Command& chosen);
 void add_shm_command(CLI::App& app, Command& chosen);
 void add_units_command(CLI::App& app, Command& chosen);

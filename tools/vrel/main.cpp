@@ -67,6 +67,7 @@ ExitCode run(int argc, char** argv) {
   app.failure_message(usage_failure);
   add_info_command(app, chosen);
   add_export_command(app, chosen);
+  add_import_command(app, chosen);
   add_props_command(app, chosen);
   add_shm_command(app, chosen);
   add_units_command(app, chosen);
