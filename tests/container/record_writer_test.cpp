@@ -55,7 +55,8 @@ bool is_written_as_ours(const std::string& name) {
 
 TEST(RecordWriterTest, AFileInOurFormIsCopiedByteForByte) {
   for (const std::string& name : golden_names()) {
-    if (is_written_as_ours(name)) EXPECT_EQ(copy_file(golden(name)), golden(name)) << name;
+    if (!is_written_as_ours(name)) continue;
+    EXPECT_EQ(copy_file(golden(name)), golden(name)) << name;
   }
 }
 
@@ -68,8 +69,8 @@ TEST(RecordWriterTest, CopyingTwiceChangesNothing) {
 }
 
 TEST(RecordWriterTest, AShorterFooterIsFilledUpWithItsDefaults) {
-  const StackRecord before = read_record(golden("footer_64")).stacks.at(0);
-  const StackRecord after = read_record(copy_file(golden("footer_64"))).stacks.at(0);
+  const StackRecord before = read_record(golden("footer_1000")).stacks.at(0);
+  const StackRecord after = read_record(copy_file(golden("footer_1000"))).stacks.at(0);
   EXPECT_EQ(after.footer.footer_size, 1444u);
   EXPECT_EQ(after.footer.required_reader_version, before.footer.required_reader_version);
   EXPECT_EQ(after.labels, before.labels);
@@ -244,7 +245,7 @@ TEST(ReadStackRecordTest, AfterAnErrorWhatCameBeforeIsThere) {
   const std::string bytes = golden("raw");
   const StackRecord whole = read_record(bytes).stacks.at(0);
   StackRecord stack;
-  MemoryFile cut(bytes.substr(0, whole.stack_end - 5));
+  MemoryFile cut(bytes.substr(0, whole.stack_end - 2));
   cut.seek(whole.stack_position);
   EXPECT_VREL_ERROR(read_stack_record(cut, stack), "Failed reading 4 bytes from file!", -3);
   EXPECT_EQ(stack.name, whole.name);

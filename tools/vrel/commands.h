@@ -17,6 +17,7 @@ void add_export_command(CLI::App& app, Command& chosen);
 void add_props_command(CLI::App& app, Command& chosen);
 void add_shm_command(CLI::App& app, Command& chosen);
 void add_units_command(CLI::App& app, Command& chosen);
+void add_verify_command(CLI::App& app, Command& chosen);
 void add_json2xml_command(CLI::App& app, Command& chosen);
 void add_xml2json_command(CLI::App& app, Command& chosen);
 

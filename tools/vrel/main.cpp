@@ -70,6 +70,7 @@ ExitCode run(int argc, char** argv) {
   add_props_command(app, chosen);
   add_shm_command(app, chosen);
   add_units_command(app, chosen);
+  add_verify_command(app, chosen);
   add_json2xml_command(app, chosen);
   add_xml2json_command(app, chosen);
   std::uint64_t max_memory = default_max_memory;

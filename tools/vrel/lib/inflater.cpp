@@ -71,10 +71,14 @@ unsigned Inflater::decode(unsigned char* bytes, unsigned size, u64 stop) {
     const u64 usable = std::min<u64>(input_.size() - used_, stop > offset_ ? stop - offset_ : 0);
     stream_->next_in = input_.data() + used_;
     stream_->avail_in = static_cast<uInt>(usable);
+    const uInt room = stream_->avail_out;
+    const int block_state = stream_->data_type;
     const int result = inflate(stream_.get(), Z_SYNC_FLUSH);
     const u64 taken = usable - stream_->avail_in;
     used_ += taken;
     offset_ += taken;
+    // A call that has nothing to do forgets that a block has just ended.
+    if (taken == 0 && stream_->avail_out == room) stream_->data_type = block_state;
     if (result == Z_MEM_ERROR) throw std::bad_alloc();
     if (result == Z_STREAM_END) {
       state_ = State::ended;

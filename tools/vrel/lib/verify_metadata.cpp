@@ -22,7 +22,11 @@ const VProparray<T>& get_array(VProp& tree, const char* key) {
 }
 
 bool has_shape(const VProparrayBase& array, const VProparrayBase::index_list& shape) {
-  return array.get_size(false) == shape;
+  try {
+    return array.get_size(true) == shape;
+  } catch (const VrelError&) {
+    return false;
+  }
 }
 
 bool has_valid_position(VProp& tree, unsigned rank) {
