@@ -15,6 +15,8 @@ using Command = std::function<ExitCode()>;
 void add_info_command(CLI::App& app, Command& chosen);
 void add_export_command(CLI::App& app, Command& chosen);
 void add_props_command(CLI::App& app, Command& chosen);
+void add_recover_command(CLI::App& app, Command& chosen);
+void add_repack_command(CLI::App& app, Command& chosen);
 void add_shm_command(CLI::App& app, Command& chosen);
 void add_units_command(CLI::App& app, Command& chosen);
 void add_verify_command(CLI::App& app, Command& chosen);

@@ -68,6 +68,8 @@ ExitCode run(int argc, char** argv) {
   add_info_command(app, chosen);
   add_export_command(app, chosen);
   add_props_command(app, chosen);
+  add_recover_command(app, chosen);
+  add_repack_command(app, chosen);
   add_shm_command(app, chosen);
   add_units_command(app, chosen);
   add_verify_command(app, chosen);
