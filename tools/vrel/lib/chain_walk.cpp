@@ -78,7 +78,9 @@ void ChainWalk::take_extent(const WalkedStack& stack) {
                                      : stack.record.data_position;
   }
   extent.end = std::min(extent.end, file_size_);
-  if (!extents_.overlaps(extent)) return extents_.add(extent);
+  const bool is_over_another = extents_.overlaps(extent);
+  extents_.add(extent);
+  if (!is_over_another) return;
   broken_link_ = BrokenLink{link_position_, "The stack at " + std::to_string(extent.begin) +
                                                 " lies over what was read already"};
 }

@@ -12,7 +12,9 @@ bool FileExtents::overlaps(const Extent& extent) const {
 }
 
 void FileExtents::add(const Extent& extent) {
-  if (extent.begin < extent.end) end_of_[extent.begin] = extent.end;
+  const auto behind = end_of_.upper_bound(extent.begin);
+  const u64 end = behind == end_of_.end() ? extent.end : std::min(extent.end, behind->first);
+  if (extent.begin < end) end_of_[extent.begin] = end;
 }
 
 std::vector<Extent> FileExtents::gaps(u64 file_size) const {

@@ -27,7 +27,10 @@ RecordFile::RecordFile(std::string path, bool replace, const FileRecord& start)
     : file_(std::move(path), replace) {
   void* handle = VFile::to_handle(file_.descriptor());
   access_.attach(handle, VFile::mode_modify);
-  to_output([&] { writer_.emplace(access_, start); });
+  FileRecord ours;
+  ours.description = start.description;
+  ours.header.format_version = start.header.format_version > 1 ? 2 : 1;
+  to_output([&] { writer_.emplace(access_, ours); });
 }
 
 RecordFile::~RecordFile() { access_.detach(); }

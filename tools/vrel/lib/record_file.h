@@ -17,7 +17,8 @@ namespace Vrel::tool {
 class RecordFile {
  public:
   /// \param replace  whether a file of that name may be replaced.
-  /// \param start    format version and description of the file.
+  /// \param start    format version and description of the file; a version that is not known becomes the
+  ///   one that it is read as.
   /// \throws OutputError as `NewFile`, and for whatever cannot be written.
   RecordFile(std::string path, bool replace, const FileRecord& start);
   ~RecordFile();

@@ -79,6 +79,8 @@ class Recovery {
   void save_linked(const WalkedStack& stack);
   void save_unlinked();
   void save_whole(StackRecord stack, const std::string& which);
+  // Whether the flush points are wrong.
+  bool check_whole(const StackRecord& stack, const std::string& name);
   void save_remains(StackRecord stack, u64 limit, const std::string& which, bool is_promised);
   bool save_uncorrected(const StackRecord& stack, u64 limit, const std::string& which);
   void write_remains(StackRecord& stack, u64 limit, u64 bytes);
@@ -124,7 +126,6 @@ void Recovery::read_start() {
     if (error.get_oserr_id() > 0) throw;
     start_error_ = error;
     tell_missing("the file's description: " + std::string(error.get_msg()));
-    start_.header.format_version = FileHeader().format_version;
     start_.description.clear();
     return;
   }
@@ -175,13 +176,11 @@ void Recovery::save_unlinked() {
   }
 }
 
-// Metadata that cannot be read would keep the whole file from being opened.
+// What is wrong beside the samples is left out: metadata that cannot be read would keep the whole file
+// from being opened, and wrong flush points lead to wrong samples.
 void Recovery::save_whole(StackRecord stack, const std::string& which) {
   const std::string name = which + ' ' + quote(stack.name);
-  const FindingSinks sinks{
-      [&](u64, const std::string& what) { tell_missing("samples of " + name + ": " + what); },
-      [](u64, const std::string&) {}};
-  check_samples(file_, stack, sinks, progress_);
+  if (check_whole(stack, name)) stack.flush_positions.clear();
   const StackHeader& header = stack.header;
   if (const auto fault = find_metadata_fault(stack.metadata, header.format_version, header.rank)) {
     tell_missing("the metadata of " + name + ": " + *fault);
@@ -189,7 +188,20 @@ void Recovery::save_whole(StackRecord stack, const std::string& which) {
   }
   ProgressBar silent(0, {}, std::chrono::steady_clock::now);
   output().copy_stack(file_, stack, silent);
-  tell_saved(name, "whole");
+  tell_saved(name, "with all its stored bytes");
+}
+
+bool Recovery::check_whole(const StackRecord& stack, const std::string& name) {
+  bool has_flush_faults = false;
+  const auto fault = [&](u64, const std::string& what) {
+    tell_missing("samples of " + name + ": " + what);
+  };
+  const auto flush_fault = [&](u64, const std::string& what) {
+    if (!has_flush_faults) tell_missing("the flush points of " + name + ": " + what);
+    has_flush_faults = true;
+  };
+  check_samples(file_, stack, {fault, flush_fault, [](u64, const std::string&) {}}, progress_);
+  return has_flush_faults;
 }
 
 // A writer that died between the footer and its last corrections has left everything.

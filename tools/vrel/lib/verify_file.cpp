@@ -185,9 +185,12 @@ void FileCheck::check_data(const WalkedStack& stack) {
       record.number_of_samples != 0) {
     note(record.stack_position, "The stack has no data, though it was made with data", stack.index);
   }
-  const FindingSinks sinks{
-      [&](u64 position, const std::string& what) { fault(position, what, stack.index); },
-      [&](u64 position, const std::string& what) { note(position, what, stack.index); }};
+  const TellFinding tell_fault = [&](u64 position, const std::string& what) {
+    fault(position, what, stack.index);
+  };
+  const FindingSinks sinks{tell_fault, tell_fault, [&](u64 position, const std::string& what) {
+                             note(position, what, stack.index);
+                           }};
   check_samples(file_, record, sinks, progress_);
 }
 

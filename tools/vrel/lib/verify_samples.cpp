@@ -101,8 +101,8 @@ void StreamCheck::check_flush_points() {
     check_flush_point(number, offsets[number - 1]);
   }
   if (flush_faults_ > most_flush_faults) {
-    sinks_.fault(stack_.data_position, std::to_string(flush_faults_ - most_flush_faults) +
-                                           " more flush points are wrong");
+    sinks_.flush_fault(stack_.data_position, std::to_string(flush_faults_ - most_flush_faults) +
+                                                 " more flush points are wrong");
   }
 }
 
@@ -129,8 +129,8 @@ void StreamCheck::check_flush_point(u64 number, u64 offset) {
 
 void StreamCheck::flush_fault(u64 number, const std::string& what) {
   if (++flush_faults_ > most_flush_faults) return;
-  sinks_.fault(stack_.data_position + stack_.flush_positions[number - 1],
-               "Flush point " + std::to_string(number) + ' ' + what);
+  sinks_.flush_fault(stack_.data_position + stack_.flush_positions[number - 1],
+                     "Flush point " + std::to_string(number) + ' ' + what);
 }
 
 void StreamCheck::check_end() {

@@ -16,8 +16,10 @@ using TellFinding = std::function<void(u64 position, const std::string& what)>;
 
 /// What becomes of the findings of a check.
 struct FindingSinks {
-  TellFinding fault;
-  TellFinding note;
+  TellFinding fault;  ///< of the samples
+  TellFinding
+      flush_fault;   ///< of the flush table, which harms no one who reads from the first sample on
+  TellFinding note;  ///< harms nobody
 };
 
 /// Whether the data area holds a zlib stream.
