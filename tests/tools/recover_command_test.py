@@ -73,7 +73,8 @@ class RecoverCommandTest(unittest.TestCase):
 
     def saved(self):
         """The stacks of the new file, which is a sound one."""
-        self.assertEqual(run("verify", self.output).returncode, 0, run("verify", self.output).stdout)
+        verified = run("verify", self.output)
+        self.assertEqual(verified.returncode, 0, verified.stdout)
         return self.describe(self.output)["stacks"]
 
     def expect_whole(self, content, code=0):

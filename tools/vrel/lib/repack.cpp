@@ -71,19 +71,19 @@ u64 work_for(const FileRecord& file, const RepackOptions& options) {
 
 }  // namespace
 
-void repack(VFile& file, const std::string& path, const RepackOptions& options) {
+void repack(VFile& file, const std::string& output, const RepackOptions& options) {
   FileRecord record;
   read_chain(file, record);
-  RecordFile output(path, options.replace, record);
+  RecordFile target(output, options.replace, record);
   ProgressBar progress = ProgressBar::on_terminal(work_for(record, options));
   for (const StackRecord& stack : record.stacks) {
     if (is_recompressed(stack, options)) {
-      recompress(file, stack, options, output, progress);
+      recompress(file, stack, options, target, progress);
     } else {
-      output.copy_stack(file, stack, progress);
+      target.copy_stack(file, stack, progress);
     }
   }
-  output.finish(record.dictionary);
+  target.finish(record.dictionary);
 }
 
 }  // namespace Vrel::tool
