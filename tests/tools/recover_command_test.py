@@ -186,6 +186,13 @@ class RecoverCommandTest(unittest.TestCase):
         self.assertIn(f"saved: {name}24 of 48 samples\n".encode(), result.stdout)
         self.assertIn(f"missing: {name}24 of 48 samples are left\n".encode(), result.stderr)
 
+    def test_a_step_that_is_not_whole_is_told(self):
+        content = vbf_records.killed([], RAW, grown=True)
+        note = b"its last step was not whole and is left out"
+        self.assertNotIn(note, self.recover(content[:-24], 0).stderr)
+        self.assertIn(note, self.recover(content[:-25], 0).stderr)
+        self.assertEqual(self.saved()[0]["sizes"], [4, 3, 2])
+
     def test_a_writer_killed_before_its_last_corrections_loses_nothing(self):
         for stack in (RAW, ZIPPED):
             whole = vbf_records.file([SMALL, stack], version=1)

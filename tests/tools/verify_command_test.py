@@ -160,6 +160,10 @@ class VerifyCommandTest(unittest.TestCase):
         stack = Stack((16, 16, 17), SAMPLES)
         self.expect_finding(vbf_records.file([stack], version=1), "its samples take 4352", 26 + 368, 0)
 
+    def test_a_data_length_that_wraps_is_told_at_the_data(self):
+        content = put(vbf_records.file([PLAIN], version=1), 26 + 352, "<Q", (1 << 64) - 26 - 368 - 5)
+        self.expect_finding(content, "Invalid stack position", 26 + 368 + len(PLAIN.name), 0)
+
     def test_fields_that_nobody_knows_are_findings(self):
         content = vbf_records.file([PLAIN], version=1)
         self.expect_finding(put(content, 26 + 328, "<I", 2), "compression type 2", 26 + 328, 0)

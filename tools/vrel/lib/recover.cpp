@@ -243,7 +243,8 @@ void Recovery::save_remains(StackRecord stack, u64 limit, const std::string& whi
   }
   const auto sample_size = static_cast<unsigned>(vrel_dt_get_size(stack.header.data_type));
   const u64 step = bytes_per_step(stack);
-  const u64 found = step == 0 ? 0 : count_remains(file_, stack, limit) / step * step;
+  const u64 left = step == 0 ? 0 : count_remains(file_, stack, limit);
+  const u64 found = step == 0 ? 0 : left / step * step;
   const bool is_growth = is_growing(stack.header);
   const u64 count = found == 0 ? 0 : found / sample_size;
   const std::string counts =
@@ -256,6 +257,9 @@ void Recovery::save_remains(StackRecord stack, u64 limit, const std::string& whi
   if (found == 0) return;
   if (!is_growth && count < stack.number_of_samples) {
     report_.notes.push_back(name + ": the length of its last axis stays that of all samples");
+  }
+  if (is_growth && found < left) {
+    report_.notes.push_back(name + ": its last step was not whole and is left out");
   }
   write_remains(stack, limit, found);
   tell_saved(name, counts);

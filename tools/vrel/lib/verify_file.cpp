@@ -141,6 +141,7 @@ void FileCheck::check_stack(const WalkedStack& stack) {
 u64 FileCheck::place_of_error(const WalkedStack& stack) {
   if (!stack.has_header()) return stack.record.stack_position;
   const u64 footer = stack.data_end();
+  if (footer < stack.record.data_position) return stack.record.data_position;
   const bool is_in_sections = stack.end > footer && stack.end - footer > fixed_footer_size;
   return is_in_sections ? stack.end : footer;
 }
