@@ -11,7 +11,6 @@
 
 namespace {
 
-// [quick start]
 // The mean of a stack of real numbers, read and converted block by block.
 double mean_of(VFile& file, const Vrel::StackRecord& stack) {
   constexpr u64 block = 65536;
@@ -37,7 +36,6 @@ void print_stacks(VFile& file) {
     std::printf("%s: %s, mean %g\n", stack.name.c_str(), vrel_dt_get_name(stack.header.data_type),
                 mean_of(file, stack));
 }
-// [quick start]
 
 // Many programs may read a file at once where each attaches a descriptor of its own; `VFile::open`
 // would keep the others out.

@@ -14,7 +14,8 @@ int main(int count, char** arguments) {
     stack->set_compression(1, 6);
     stack->set_name("ramp");
     stack->set_labels({"X", "Y", "Z"});
-    stack->set_len(0, 6.4);  // micrometres
+    stack->set_len(0, 6.4);  // of the whole axis
+    stack->set_units(0, si::value("um"));
     stack->set_tag("objective", "63x/1.4 Oil");
 
     std::vector<unsigned short> plane(64 * 48);

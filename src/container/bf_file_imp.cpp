@@ -14,9 +14,11 @@
 
 #include "container/bf_stack_imp_internal.h"
 #include "container/chain_source_internal.h"
+#include "container/dbl_internal.h"
 #include "container/format_internal.h"
 #include "container/record_buffer_internal.h"
 #include "container/report_internal.h"
+#include "container/stack_metadata_internal.h"
 #include "foundation/raise_internal.h"
 #include "stack/readable_data_internal.h"
 
@@ -37,6 +39,22 @@ void check_mode(VFile::mode mode) {
   const bool is_mode =
       mode == VFile::mode_read || mode == VFile::mode_create || mode == VFile::mode_modify;
   if (!is_mode) raise(id_mode, "Invalid opening mode!");
+}
+
+void check_metadata(const StackRecord& stack) {
+  import_metadata(stack.metadata, stack.header.format_version, stack.header.rank);
+}
+
+// Stacks of one series mostly have; what is true of one is true of the next.
+bool have_same_metadata(const StackRecord& a, const StackRecord& b) {
+  return a.header.format_version == b.header.format_version && a.header.rank == b.header.rank &&
+         a.metadata == b.metadata;
+}
+
+bool names_dbl(const VPropstring& name) {
+  const std::wstring ending = L".dbl";
+  return name.size() >= ending.size() &&
+         name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 }  // namespace
@@ -68,9 +86,21 @@ void VBFFileImp::attach(void*& handle, VFile::mode access) {
 
 void VBFFileImp::open(const VPropstring& name, VFile::mode access) {
   check_mode(access);
+  if (access == mode_read && names_dbl(name)) return open_dbl(name);
   VFile::open(name, access);
   is_owned_ = true;
   prepare(access);
+}
+
+// A file with one raw stack, and nothing else that a VBF file has.
+void VBFFileImp::open_dbl(const VPropstring& name) {
+  check_can_take_file(mode_read);
+  cut_off_stacks();
+  const DblHeader header = read_dbl_header(name);
+  const auto stack = boost::make_shared<VBFStackImp>(this, header);
+  VFile::open(name, mode_read);
+  is_owned_ = true;
+  chain_.push_back({nullptr, stack});
 }
 
 void VBFFileImp::prepare(VFile::mode access) {
@@ -111,7 +141,8 @@ void VBFFileImp::take_record(FileRecord& record) {
   content_.link_position = record.file_position + first_stack_offset;
   for (StackRecord& stack : record.stacks) {
     content_.link_position = stack.stack_position + next_stack_offset;
-    stacks_.push_back(boost::make_shared<VBFStackImp>(this, std::move(stack)));
+    if (chain_.empty() || !have_same_metadata(*chain_.back().record, stack)) check_metadata(stack);
+    chain_.push_back({std::make_unique<const StackRecord>(std::move(stack)), nullptr});
   }
 }
 
@@ -146,6 +177,8 @@ void VBFFileImp::finish_content() {
 
 void VBFFileImp::write_closing_dictionary() {
   std::ostringstream text;
+  // Without memory a stream goes silent, and half a document would be taken for the whole.
+  text.exceptions(std::ios::badbit);
   Json::write_xml(root_, text);
   const u64 end = checked_seek(*this, end_of_file);
   content_.dictionary_position = end;
@@ -158,19 +191,22 @@ void VBFFileImp::write_closing_dictionary() {
 }
 
 void VBFFileImp::cut_off_stacks() noexcept {
-  for (const stack_ptr& stack : stacks_) stack->cut_off();
+  for (const ChainLink& link : chain_) {
+    if (link.stack) link.stack->cut_off();
+  }
   for (const auto& handle : handles_) {
     if (const stack_ptr stack = handle.lock()) stack->cut_off();
   }
-  stacks_.clear();
+  chain_.clear();
   handles_.clear();
 }
 
 void VBFFileImp::finish() {
   if (!content_.is_writable) return;
   write_header();
-  if (!stacks_.empty() && stacks_.back()->get_state() != VBFStackImp::state_complete) {
-    stacks_.back()->commit(0);
+  const VBFStackImp* const last = last_made();
+  if (last != nullptr && last->get_state() != VBFStackImp::state_complete) {
+    chain_.back().stack->commit(0);
   }
 }
 
@@ -192,9 +228,12 @@ void VBFFileImp::write_header() {
 }
 
 void VBFFileImp::check_is_last(const VBFStackImp* stack) const {
-  if (stacks_.empty() || stacks_.back().get() != stack) {
-    raise(id_plain, "Invalid call to on_stack_finished()!");
-  }
+  if (last_made() != stack) raise(id_plain, "Invalid call to on_stack_finished()!");
+}
+
+// Null where the last stack was read, or there is none.
+const VBFStackImp* VBFFileImp::last_made() const {
+  return chain_.empty() ? nullptr : chain_.back().stack.get();
 }
 
 void VBFFileImp::on_stack_finished(const VBFStackImp* stack) {
@@ -237,7 +276,7 @@ void VBFFileImp::set_description(const std::string& text) {
 }
 
 unsigned int VBFFileImp::get_number_of_stacks() const {
-  return static_cast<unsigned int>(stacks_.size());
+  return static_cast<unsigned int>(chain_.size());
 }
 
 void VBFFileImp::set_progress_callback(progress_callback callback, void* argument) {
@@ -254,8 +293,12 @@ void VBFFileImp::seek_to_stack_end(unsigned int stack) {
   if (!is_open() || content_.is_writable) {
     raise(id_plain, "File must be open in read mode to allow seeking to end of file!");
   }
-  if (stack >= stacks_.size()) raise(id_plain, "Invalid stack number!");
-  checked_seek(*this, stacks_[stack]->get_stack_end_in_file());
+  if (stack >= chain_.size()) raise(id_plain, "Invalid stack number!");
+  checked_seek(*this, get_stack_end(chain_[stack]));
+}
+
+u64 VBFFileImp::get_stack_end(const ChainLink& link) const {
+  return link.record ? link.record->stack_end : link.stack->get_stack_end_in_file();
 }
 
 boost::shared_ptr<VBFStackInterface> VBFFileImp::add_stack(bool empty) {
@@ -263,7 +306,7 @@ boost::shared_ptr<VBFStackInterface> VBFFileImp::add_stack(bool empty) {
   finish();
   auto stack = boost::make_shared<VBFStackImp>(this, empty);
   stack->set_compression(content_.compression_type, content_.compression_level);
-  stacks_.push_back(stack);
+  chain_.push_back({nullptr, stack});
   return stack;
 }
 
@@ -272,10 +315,12 @@ boost::shared_ptr<VBFStackInterface> VBFFileImp::get_stack(unsigned int index) {
 }
 
 VBFFileImp::stack_ptr VBFFileImp::copy_stack(unsigned int index) {
-  if (index >= stacks_.size()) {
+  if (index >= chain_.size()) {
     raise(id_format, "Invalid stack index %d!", static_cast<int>(index));
   }
-  auto stack = boost::make_shared<VBFStackImp>(*stacks_[index]);
+  const ChainLink& link = chain_[index];
+  const auto stack = link.record ? boost::make_shared<VBFStackImp>(this, StackRecord(*link.record))
+                                 : boost::make_shared<VBFStackImp>(*link.stack);
   keep_handle(stack);
   return stack;
 }
@@ -294,13 +339,13 @@ void VBFFileImp::keep_handle(const stack_ptr& stack) {
 void VBFFileImp::write_stack(const VStackInterface* stack, int option) {
   const unsigned char* const data = readable_data(*stack);
   add_stack(false);
-  const stack_ptr added = stacks_.back();
+  const stack_ptr added = chain_.back().stack;
   try {
     added->create(stack, option);
     VBFStackImp::copy_units(*stack, *added);
   } catch (...) {
     added->cut_off();
-    stacks_.pop_back();
+    chain_.pop_back();
     throw;
   }
   added->write(stack->get_dt(), data, nullptr, VBFStackInterface::all_samples);

@@ -6,6 +6,7 @@
 #include <vrelio/json/value.h>
 
 #include <boost/weak_ptr.hpp>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -61,6 +62,13 @@ class VBFFileImp final : public VBFFileInterface, public VFile {
  private:
   using stack_ptr = boost::shared_ptr<VBFStackImp>;
 
+  // A stack of the chain: as it was read, or the object that was made for it. What was read becomes objects
+  // only as handles, so that a file with many stacks takes little memory.
+  struct ChainLink {
+    std::unique_ptr<const StackRecord> record;
+    stack_ptr stack;  // null where there is a record
+  };
+
   // What a file that was just made has.
   struct Content {
     u64 link_position = 0;  // where the next stack's position goes; 0 for nowhere
@@ -80,17 +88,20 @@ class VBFFileImp final : public VBFFileInterface, public VFile {
 
   void become_new();
   void prepare(VFile::mode access);
+  void open_dbl(const VPropstring& name);
   void read_content();
   void take_record(FileRecord& record);
   void finish_content();
   void write_closing_dictionary();
   void cut_off_stacks() noexcept;
   void keep_handle(const stack_ptr& stack);
+  const VBFStackImp* last_made() const;
+  u64 get_stack_end(const ChainLink& link) const;
   stack_ptr copy_stack(unsigned int index);
 
   Content content_;
   bool is_owned_ = false;
-  std::vector<stack_ptr> stacks_;                      // in the order of the chain
+  std::vector<ChainLink> chain_;
   std::vector<boost::weak_ptr<VBFStackImp>> handles_;  // copies that were handed out
   Json::Value root_;                                   // what the document is a view of
   std::optional<Ome::Document<Json::SignalingReference>> document_;

@@ -36,6 +36,12 @@ VBFStackImp::VBFStackImp(VBFFileImp* file, StackRecord&& record)
   lock();
 }
 
+VBFStackImp::VBFStackImp(VBFFileImp* file, const DblHeader& header)
+    : VStackInfoImp(0U), file_(file), state_(state_complete) {
+  take_description(header);
+  lock();
+}
+
 VBFStackImp::VBFStackImp(const VBFStackImp& other)
     : VStackInfoInterface(other),
       VBFStackInterface(other),

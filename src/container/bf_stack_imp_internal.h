@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "container/dbl_format_internal.h"
 #include "container/flush_plan_internal.h"
 
 namespace Vrel::detail {
@@ -26,6 +27,9 @@ class VBFStackImp final : public VBFStackInterface, public VStackInfoImp {
   // A stack that stands in the file.
   // Raises "Invalid metadata found!\n%s" (-1).
   VBFStackImp(VBFFileImp* file, StackRecord&& record);
+  // The one stack of a ".dbl" file. Sizes end at the first below 2.
+  // Raises "The product exceeds the maximum size." (-1).
+  VBFStackImp(VBFFileImp* file, const DblHeader& header);
   // A handle with a reading position of its own.
   VBFStackImp(const VBFStackImp& other);
   VBFStackImp& operator=(const VBFStackImp&) = delete;
@@ -89,6 +93,7 @@ class VBFStackImp final : public VBFStackInterface, public VStackInfoImp {
 
   // bf_stack_record.cpp: the description and its record.
   void take_description(StackRecord& record);
+  void take_description(const DblHeader& header);
   StackHeader make_header() const;
   StackRecord make_record() const;
 

@@ -55,11 +55,24 @@ void VBFStackImp::take_description(StackRecord& record) {
   if (!record.name.empty()) set_name(record.name);
   if (!record.description.empty()) set_description(record.description);
   set_meta_data_string(record.metadata);
-  if (!record.metadata.empty()) import_metadata(record.metadata, header.format_version, *this);
+  const auto position = import_metadata(record.metadata, header.format_version, header.rank);
+  if (position) set_stack_position(*position);
   record.labels = {};
   record.column_positions = {};
   record.column_labels = {};
   record.metadata = {};
+}
+
+void VBFStackImp::take_description(const DblHeader& header) {
+  const auto end = std::find_if(header.dims.begin(), header.dims.end(),
+                                [](std::uint16_t size) { return size < 2; });
+  VStackInfoImp::create({header.dims.begin(), end}, dbl_data_type(header));
+  for (unsigned axis = 0; axis < get_rank(); ++axis) take_length(axis, header.lengths[axis]);
+  record_.header.data_type = get_dt();
+  record_.number_of_samples = get_number_of_elements();
+  record_.data_position = dbl_header_size;
+  record_.header.data_length = u64{record_.number_of_samples} * dbl_sample_size(header);
+  record_.stack_end = record_.data_position + record_.header.data_length;
 }
 
 StackHeader VBFStackImp::make_header() const {

@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "foundation/raise_internal.h"
+#include "stack/stack_errors_internal.h"
 
 namespace Vrel::detail {
 
@@ -52,13 +53,13 @@ VProp make_tree(const VStackPosition& position) {
   return tree;
 }
 
-void take_position(VProp& tree, VStackInfoInterface& info) {
+VStackPosition read_position(VProp& tree, unsigned rank) {
   VStackPosition position;
-  position.create(&info, 0);
   position.axes = get_array<VPropstring>(tree, axes_key);
   position.offset = get_array<double>(tree, offset_key);
   position.projection = get_array<double>(tree, projection_key);
-  info.set_stack_position(position);
+  if (!position.fits(rank)) raise_invalid_stack_position();
+  return position;
 }
 
 }  // namespace
@@ -69,15 +70,18 @@ std::string export_metadata(const VStackPosition& position) {
   return text;
 }
 
-void import_metadata(const std::string& text, std::uint32_t format_version,
-                     VStackInfoInterface& info) {
+std::optional<VStackPosition> import_metadata(const std::string& text, std::uint32_t format_version,
+                                              unsigned rank) {
+  std::optional<VStackPosition> position;
+  if (text.empty()) return position;
   add_words(
       [&] {
         VProp tree;
         vrel_import_xml(text, tree, vrel_xml_any);
-        if (format_version >= first_version_with_position) take_position(tree, info);
+        if (format_version >= first_version_with_position) position = read_position(tree, rank);
       },
       raise_invalid);
+  return position;
 }
 
 }  // namespace Vrel::detail

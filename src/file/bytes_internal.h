@@ -20,16 +20,14 @@ inline void put_f64(unsigned char* bytes, double value) {
   put_u64(bytes, bits);
 }
 
+// Written out, so that compilers see one load in it.
 inline std::uint32_t get_u32(const unsigned char* bytes) {
-  std::uint32_t value = 0;
-  for (int i = 0; i < 4; ++i) value |= std::uint32_t{bytes[i]} << (8 * i);
-  return value;
+  return std::uint32_t{bytes[0]} | std::uint32_t{bytes[1]} << 8U | std::uint32_t{bytes[2]} << 16U |
+         std::uint32_t{bytes[3]} << 24U;
 }
 
 inline std::uint64_t get_u64(const unsigned char* bytes) {
-  std::uint64_t value = 0;
-  for (int i = 0; i < 8; ++i) value |= std::uint64_t{bytes[i]} << (8 * i);
-  return value;
+  return get_u32(bytes) | std::uint64_t{get_u32(bytes + 4)} << 32U;
 }
 
 inline double get_f64(const unsigned char* bytes) {

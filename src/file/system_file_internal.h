@@ -9,15 +9,15 @@
 
 namespace Vrel::detail {
 
-enum class OpenMode { read, create, modify };
+enum class OpenMode { read, create, modify, share };
 enum class MoveFrom { start, current, end };
 
 // The answer of `system_move` for a move that the system refuses.
 constexpr u64 no_position = ~u64{0};
 
 // Open exclusively: fails while any other descriptor holds the file's lock. `create` makes the
-// file, or empties it once the lock is held. A file system without locks is no obstacle. \return
-// the descriptor, or -1.
+// file, or empties it once the lock is held. A file system without locks is no obstacle. `share`
+// reads whoever holds the lock, and takes none. \return the descriptor, or -1.
 int system_open(const std::string& name, OpenMode mode);
 
 void system_close(int descriptor);

@@ -15,6 +15,7 @@ namespace {
 int flags_of(OpenMode mode) {
   switch (mode) {
     case OpenMode::read:
+    case OpenMode::share:
       return O_RDONLY | O_CLOEXEC;
     case OpenMode::create:
       return O_RDWR | O_CREAT | O_CLOEXEC;
@@ -48,8 +49,8 @@ int system_open(const std::string& name, OpenMode mode) {
   const int descriptor =
       retry_interrupted([&] { return ::open(name.c_str(), flags_of(mode), everybody); });
   if (descriptor == -1) return -1;
-  if (lock_exclusively(descriptor) && (mode != OpenMode::create || empty(descriptor)))
-    return descriptor;
+  const bool is_held = mode == OpenMode::share || lock_exclusively(descriptor);
+  if (is_held && (mode != OpenMode::create || empty(descriptor))) return descriptor;
   const int reason = errno;
   ::close(descriptor);
   errno = reason;

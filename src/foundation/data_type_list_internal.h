@@ -31,6 +31,8 @@ constexpr int array_flag = -0x7FFFFFFF - 1;
 
 constexpr int id_uint8 = 0x1;
 constexpr int id_uint32 = 0x10;
+constexpr int id_single = 0x40;
+constexpr int id_double = 0x80;
 
 // Ids beside the list. An RGB triple converts to itself alone, the alias as a source alone, a
 // logical value not at all.

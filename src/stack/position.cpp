@@ -46,7 +46,11 @@ void VStackPosition::create(const VStackInfoInterface* info, unsigned int rank) 
 }
 
 bool VStackPosition::is_valid_for(const VStackInfoInterface* info) const {
+  return fits(info->get_rank());
+}
+
+bool VStackPosition::fits(unsigned int stack_rank) const {
   const unsigned int rows = axes.count();
   return has_shape(axes, {rows}) && has_shape(offset, {rows}) &&
-         has_shape(projection, {rows, info->get_rank()});
+         has_shape(projection, {rows, stack_rank});
 }

@@ -18,10 +18,12 @@ class PagesTest(unittest.TestCase):
             with self.subTest(page=page.name, link=link):
                 self.assertTrue((page.parent / link).exists())
 
-    def test_the_quick_start_is_cut_from_the_example(self):
-        example = (ROOT / "examples/read_stack.cpp").read_text(encoding="utf-8").split("// [quick start]\n")
-        self.assertEqual(len(example), 3)
-        self.assertIn(f"```cpp\n{example[1]}```", (ROOT / "README.md").read_text(encoding="utf-8"))
+    def test_the_readme_shows_short_programs_that_are_built(self):
+        for name in ("write_file", "read_file"):
+            with self.subTest(name=name):
+                program = (ROOT / f"examples/{name}.cpp").read_text(encoding="utf-8")
+                self.assertLessEqual(program.count("\n"), 40)
+                self.assertIn(f"```cpp\n{program}```", (ROOT / "README.md").read_text(encoding="utf-8"))
 
     def test_scripts_that_are_named_exist(self):
         for page in sorted(ROOT.glob("*.md")) + sorted(ROOT.glob("docs/*.md")):

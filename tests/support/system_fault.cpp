@@ -6,16 +6,20 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdlib>
+#include <new>
 
 namespace {
 
+Vrel::testing::Fault current;
 const Vrel::testing::Fault* active = nullptr;
 int seen = 0;
 bool hit = false;
 std::vector<Vrel::testing::WrittenBytes>* recorded = nullptr;
 std::string name_of_shared_memory;
+int writes_to_death = 0;
 
 bool fails(Vrel::testing::SystemCall call) {
   if (active == nullptr || active->call != call) return false;
@@ -77,6 +81,10 @@ static void record_write(int descriptor, const void* buffer, ssize_t size) {
                        {static_cast<const char*>(buffer), static_cast<std::size_t>(size)}});
 }
 
+static void die_if_it_is_time() {
+  if (writes_to_death != 0 && --writes_to_death == 0) ::kill(::getpid(), SIGKILL);
+}
+
 int __wrap_open(const char* name, int flags, ...) {
   std::va_list arguments;
   va_start(arguments, flags);
@@ -95,6 +103,7 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
     return __real_write(descriptor, buffer, part);
   });
   record_write(descriptor, buffer, moved);
+  die_if_it_is_time();
   return moved;
 }
 
@@ -136,18 +145,31 @@ void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, in
 }
 }
 
+// All that is made on the heap comes by here, and the sanitizers see what stands behind it.
+void* operator new(std::size_t size) {
+  void* const block =
+      fails(SystemCall::allocate_object) ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+void operator delete(void* block) noexcept { std::free(block); }
+
+void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
+
 namespace Vrel::testing {
+
+ScopedDeath::ScopedDeath(int write) { writes_to_death = write; }
+
+ScopedDeath::~ScopedDeath() { writes_to_death = 0; }
 
 ScopedSystemFault::ScopedSystemFault(const Fault& fault) {
   seen = 0;
   hit = false;
-  active = new Fault(fault);
+  active = &(current = fault);
 }
 
-ScopedSystemFault::~ScopedSystemFault() {
-  delete active;
-  active = nullptr;
-}
+ScopedSystemFault::~ScopedSystemFault() { active = nullptr; }
 
 int ScopedSystemFault::calls() const { return seen; }
 

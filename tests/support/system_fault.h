@@ -18,7 +18,8 @@ enum class SystemCall {
   reserve,
   open_shared,
   map,
-  allocate
+  allocate,
+  allocate_object  // operator new
 };
 
 struct Fault {
@@ -42,6 +43,15 @@ class ScopedSystemFault {
   // Calls of the kind seen so far.
   int calls() const;
   bool happened() const;
+};
+
+// While it lives, the process is killed behind its n-th write, the first being 1. One at a time.
+class ScopedDeath {
+ public:
+  explicit ScopedDeath(int write);
+  ~ScopedDeath();
+  ScopedDeath(const ScopedDeath&) = delete;
+  ScopedDeath& operator=(const ScopedDeath&) = delete;
 };
 
 // Bytes that a write has moved, and where to.

@@ -94,7 +94,7 @@ class CommandLineTest(unittest.TestCase):
                           [*export, "--stack", "1x"], [*export, "--stack", ""], [*export, "--stack", "+1"],
                           [*export, "--stack", "18446744073709551616"],
                           [*export, "--stack", "0", "--count", "-5"],
-                          ["export", self.good, "--stack", "0", "--output", self.path("out.tif")],
+                          ["export", self.good, "--stack", "0", "--output", self.path("out.txt")],
                           ["export", self.good, "--stack", "0", "--output", ""],
                           ["export", self.good, "--stack", "0"],
                           ["units"], ["units", "1 m", "--in"], ["units", "1 m", "2 m"]):

@@ -41,10 +41,13 @@ class VRELIO_EXPORT VBFFileInterface {
   /// `mode_read` reads all but the samples, `mode_create` starts a new file, and `mode_modify` reads a file
   /// to append stacks to it. After an error while reading the file stays open, with the stacks in front
   /// of the damage.
+  ///
+  /// With `mode_read` and a name that ends in ".dbl" the file is one of plain doubles or floats (see
+  /// `vrel_dbl_read`), and has one raw stack.
   /// \param name  of the file.
   /// \param mode  how it is opened.
-  /// \throws VrelError "Invalid opening mode!" (-15); what `VFile::open` and `Vrel::read_chain` raise; and
-  ///   "Invalid metadata found!\n%s" (-1).
+  /// \throws VrelError "Invalid opening mode!" (-15); what `VFile::open` and `Vrel::read_chain` raise;
+  ///   "Invalid metadata found!\n%s" (-1); "Error reading .dbl file!" (-4).
   virtual void open(const VPropstring& name, VFile::mode mode) = 0;
   /// Slot 2. Finish writing, cut off all stacks and close the file; nothing without a file.
   /// \throws VrelError "File not opened with open(), cannot close." (-1) for an attached file, of which

@@ -87,9 +87,13 @@ class VRELIO_EXPORT VFile : public VFileAccess {
   /// The descriptor of a handle; -1 for null.
   static int to_descriptor(void* handle);
 
+ protected:
+  /// \throws VrelError "File already open or attached!" (-1); "Invalid file mode when opening
+  /// file." (-1).
+  void check_can_take_file(mode access) const;
+
  private:
   int descriptor() const;
-  void check_can_take_file(mode access) const;
 
   void* handle_ = nullptr;
   bool owned_ = false;

@@ -30,6 +30,8 @@ class VRELIO_EXPORT VStackPosition {
   /// Whether there is a name and an offset for each of the same number of global axes, and a projection
   /// of that many rows and of one column for each axis of the stack.
   bool is_valid_for(const VStackInfoInterface* info) const;
+  /// As `is_valid_for`, for any stack of this rank.
+  bool fits(unsigned int stack_rank) const;
 
   VProparray<VPropstring> axes;  ///< names of the global axes; of one dimension
   VProparray<double> offset;     ///< position on each global axis; of one dimension

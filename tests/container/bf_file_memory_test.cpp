@@ -1,0 +1,107 @@
+// Sessions that run out of memory anywhere: what was committed stays readable.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <new>
+
+#include "container/writing_session.h"
+
+namespace {
+
+using namespace Vrel::testing;
+
+// Let every allocation in turn fail, until a session has all that it asks for.
+template <class Work>
+int fail_each_allocation(Work work) {
+  bool happened = true;
+  int occurrence = 0;
+  while (happened) {
+    SCOPED_TRACE("allocation " + std::to_string(++occurrence));
+    happened = work(Fault{SystemCall::allocate_object, occurrence, ENOMEM, 0});
+    if (::testing::Test::HasFailure()) break;
+  }
+  return occurrence;
+}
+
+// Of a session that ran out of memory.
+struct Outcome {
+  std::size_t committed = 0;
+  bool failed = false;
+  bool happened = false;
+};
+
+Outcome write_without_memory(const TemporaryFile& target, VFile::mode mode, const Fault& fault) {
+  Outcome outcome;
+  const ScopedSystemFault scope(fault);
+  try {
+    VBFFile file(target.name(), mode);
+    outcome.committed = file->get_number_of_stacks();
+    while (outcome.committed < stack_count) {
+      write_stack(file, static_cast<unsigned>(outcome.committed));
+      ++outcome.committed;
+    }
+    file->close();
+  } catch (const std::bad_alloc&) {
+    outcome.failed = true;
+  } catch (const VrelError&) {
+    outcome.failed = true;
+  }
+  outcome.happened = scope.happened();
+  return outcome;
+}
+
+TEST(BFFileMemoryTest, WhateverAllocationOfAWriterFailsWhatWasCommittedIsReadable) {
+  const int allocations = fail_each_allocation([](const Fault& fault) {
+    const TemporaryFile target;
+    const Outcome outcome = write_without_memory(target, VFile::mode_create, fault);
+    if (target.exists()) expect_readable(target, outcome.committed);
+    EXPECT_EQ(outcome.failed, outcome.happened);
+    return outcome.happened;
+  });
+  EXPECT_GT(allocations, 100);
+}
+
+TEST(BFFileMemoryTest, WhateverAllocationOfAModificationFailsTheOldStacksAreReadable) {
+  const TemporaryFile two;
+  {
+    VBFFile file(two.name(), VFile::mode_create);
+    write_stack(file, 0);
+    write_stack(file, 1);
+  }
+  const std::string content = two.content();
+  fail_each_allocation([&](const Fault& fault) {
+    const TemporaryFile target(content);
+    const Outcome outcome = write_without_memory(target, VFile::mode_modify, fault);
+    expect_readable(target, std::max<std::size_t>(2, outcome.committed));
+    EXPECT_EQ(outcome.failed, outcome.happened);
+    return outcome.happened;
+  });
+}
+
+// A caller who goes on after the memory is back.
+TEST(BFFileMemoryTest, AFileThatCouldNotBeReadForLackOfMemoryCanBeReadAgain) {
+  const TemporaryFile target;
+  run_session(target, VFile::mode_create);
+  fail_each_allocation([&](const Fault& fault) {
+    bool failed = false;
+    bool happened = false;
+    {
+      const ScopedSystemFault scope(fault);
+      try {
+        VBFFile file(target.name(), VFile::mode_read);
+        for (unsigned i = 0; i < stack_count; ++i) file->read_stack(i, 0);
+      } catch (const std::bad_alloc&) {
+        failed = true;
+      } catch (const VrelError&) {
+        failed = true;
+      }
+      happened = scope.happened();
+    }
+    EXPECT_EQ(failed, happened);
+    VBFFile file(target.name(), VFile::mode_read);
+    EXPECT_EQ(read_stacks(file), stack_count);
+    return happened;
+  });
+}
+
+}  // namespace

@@ -1,0 +1,87 @@
+// The text of a position, and what a file with many stacks makes of it. Whole files: tags_test.cpp.
+#include "container/stack_metadata_internal.h"
+
+#include <gtest/gtest.h>
+#include <vrelio/container/bf_file.h>
+
+#include <string>
+#include <vector>
+
+#include "support/attached_file.h"
+#include "support/expect_error.h"
+#include "support/vbf_writer.h"
+
+namespace {
+
+using namespace Vrel::testing;
+using Vrel::detail::export_metadata;
+using Vrel::detail::import_metadata;
+
+constexpr int uint8 = 1;
+constexpr const char* misfit = "Invalid metadata found!\nInvalid global stack position!";
+
+std::string metadata_of_rank(unsigned rank) {
+  VStackPosition position;
+  position.create(std::vector<unsigned>(rank, 1), 3);
+  position.offset[2] = 4.5;
+  return export_metadata(position);
+}
+
+TEST(StackMetadataTest, NoTextHoldsNoPosition) { EXPECT_FALSE(import_metadata("", 5, 2)); }
+
+TEST(StackMetadataTest, BelowVersionThreeATextOnlyHasToBeReadable) {
+  EXPECT_FALSE(import_metadata(metadata_of_rank(2), 2, 2));
+  EXPECT_FALSE(import_metadata(metadata_of_rank(2), 2, 1));
+  EXPECT_THROW(import_metadata("<", 2, 2), VrelError);
+}
+
+TEST(StackMetadataTest, FromVersionThreeOnAPositionHasToFitTheStack) {
+  const auto position = import_metadata(metadata_of_rank(2), 3, 2);
+  ASSERT_TRUE(position);
+  EXPECT_EQ(position->offset[2], 4.5);
+  EXPECT_VREL_ERROR(import_metadata(metadata_of_rank(2), 3, 1), misfit, -1);
+}
+
+StackToWrite stack_of_rank(unsigned rank, const std::string& metadata) {
+  StackToWrite stack;
+  stack.record = make_stack_record(uint8, std::vector<std::uint32_t>(rank, 1));
+  stack.record.metadata = metadata;
+  stack.samples = "x";
+  return stack;
+}
+
+// Opens a file of these stacks and gives how many can be used.
+unsigned open_stacks(AttachedFile& bytes, const std::vector<StackToWrite>& stacks) {
+  write_vbf(bytes.file(), "", stacks, {});
+  bytes.file().seek(0);
+  void* handle = bytes.file().detach();
+  VBFFile file;
+  std::string message;
+  try {
+    file->attach(handle, VFile::mode_read);
+  } catch (const VrelError& error) {
+    message = error.get_msg();
+  }
+  EXPECT_EQ(message, file->get_number_of_stacks() == stacks.size() ? "" : misfit);
+  for (unsigned i = 0; i < file->get_number_of_stacks(); ++i) {
+    EXPECT_EQ(file->get_stack(i)->get_stack_position().offset[2], 4.5);
+  }
+  const unsigned count = file->get_number_of_stacks();
+  file->detach();
+  bytes.file().attach(handle, VFile::mode_modify);
+  return count;
+}
+
+TEST(StackMetadataTest, EachStackOfASeriesHasThePositionThatAllHave) {
+  AttachedFile bytes;
+  const StackToWrite stack = stack_of_rank(2, metadata_of_rank(2));
+  EXPECT_EQ(open_stacks(bytes, {stack, stack, stack}), 3U);
+}
+
+TEST(StackMetadataTest, TheSameTextInAStackOfAnotherRankIsRefused) {
+  AttachedFile bytes;
+  const std::string metadata = metadata_of_rank(2);
+  EXPECT_EQ(open_stacks(bytes, {stack_of_rank(2, metadata), stack_of_rank(3, metadata)}), 1U);
+}
+
+}  // namespace
