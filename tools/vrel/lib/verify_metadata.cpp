@@ -3,6 +3,7 @@
 #include <vrelio/prop/prop.h>
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_xml.h>
+#include <vrelio/stack/position.h>
 
 #include <exception>
 #include <new>
@@ -21,21 +22,12 @@ const VProparray<T>& get_array(VProp& tree, const char* key) {
   return node.get<VProparray<T>>();
 }
 
-bool has_shape(const VProparrayBase& array, const VProparrayBase::index_list& shape) {
-  try {
-    return array.get_size(true) == shape;
-  } catch (const VrelError&) {
-    return false;
-  }
-}
-
 bool has_valid_position(VProp& tree, unsigned rank) {
-  const auto& axes = get_array<VPropstring>(tree, "global_pos.axes");
-  const auto& offset = get_array<double>(tree, "global_pos.offset");
-  const auto& projection = get_array<double>(tree, "global_pos.projection");
-  const unsigned rows = axes.count();
-  return has_shape(axes, {rows}) && has_shape(offset, {rows}) &&
-         has_shape(projection, {rows, rank});
+  VStackPosition position;
+  position.axes = get_array<VPropstring>(tree, "global_pos.axes");
+  position.offset = get_array<double>(tree, "global_pos.offset");
+  position.projection = get_array<double>(tree, "global_pos.projection");
+  return position.fits(rank);
 }
 
 }  // namespace
