@@ -5,6 +5,7 @@
 #include <vrelio/container/bf_stack.h>
 #include <vrelio/container/chain.h>
 #include <vrelio/container/dbl.h>
+#include <vrelio/container/record_writer.h>
 #include <vrelio/container/records.h>
 #include <vrelio/container/sample_reader.h>
 #include <vrelio/export.h>

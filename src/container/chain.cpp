@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <utility>
 
 #include "container/chain_source_internal.h"
 #include "container/format_internal.h"
@@ -50,8 +51,7 @@ void check_reader_version(const StackFooter& footer) {
         static_cast<int>(reader_version), static_cast<int>(needed));
 }
 
-StackRecord read_stack(ChainSource& source) {
-  StackRecord stack;
+void read_stack(ChainSource& source, StackRecord& stack) {
   StackHeader& header = stack.header;
   stack.stack_position = source.position();
   read_stack_header(source, header);
@@ -69,7 +69,6 @@ StackRecord read_stack(ChainSource& source) {
     read_sections(source, stack);
   }
   stack.stack_end = stack.footer.stack_end != 0 ? stack.footer.stack_end : source.position();
-  return stack;
 }
 
 void read_file_header(ChainSource& source, FileRecord& record) {
@@ -115,12 +114,36 @@ void read_stacks(ChainSource& source, FileRecord& record) {
     if (!visited.insert(position).second)
       raise(id_format, "Invalid stack position specified in header!");
     source.seek(position);
-    record.stacks.push_back(read_stack(source));
-    position = record.stacks.back().header.next_stack;
+    StackRecord stack;
+    read_stack(source, stack);
+    position = stack.header.next_stack;
+    record.stacks.push_back(std::move(stack));
   }
 }
 
+void leave_file_at_position(ChainSource& source) { source.seek(source.position()); }
+
 }  // namespace
+
+void read_file_start(VFileAccess& file, FileRecord& record) {
+  record = FileRecord();
+  ChainSource source(file);
+  read_file_header(source, record);
+  read_file_dictionary(source, record);
+  source.seek(record.header_end);
+}
+
+void read_stack_record(VFileAccess& file, StackRecord& stack) {
+  stack = StackRecord();
+  ChainSource source(file);
+  try {
+    read_stack(source, stack);
+  } catch (...) {
+    leave_file_at_position(source);
+    throw;
+  }
+  leave_file_at_position(source);
+}
 
 void read_chain(VFileAccess& file, FileRecord& record) {
   record = FileRecord();

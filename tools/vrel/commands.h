@@ -16,8 +16,11 @@ void add_info_command(CLI::App& app, Command& chosen);
 void add_export_command(CLI::App& app, Command& chosen);
 void add_import_command(CLI::App& app, Command& chosen);
 void add_props_command(CLI::App& app, Command& chosen);
+void add_recover_command(CLI::App& app, Command& chosen);
+void add_repack_command(CLI::App& app, Command& chosen);
 void add_shm_command(CLI::App& app, Command& chosen);
 void add_units_command(CLI::App& app, Command& chosen);
+void add_verify_command(CLI::App& app, Command& chosen);
 void add_json2xml_command(CLI::App& app, Command& chosen);
 void add_xml2json_command(CLI::App& app, Command& chosen);
 

@@ -57,8 +57,8 @@ void add_max_memory(CLI::App& app, std::uint64_t& bytes) {
 
 ExitCode run(int argc, char** argv) {
   CLI::App app(
-      "Describe VBF files, export their samples, show and change property trees, convert units and "
-      "values, and clean up shared memory",
+      "Describe, check, recover and repack VBF files, import stacks into them and export what they "
+      "hold, show and change property trees, convert units and values, and clean up shared memory",
       "vrel");
   Command chosen;
   app.set_version_flag("--version", version_text);
@@ -69,8 +69,11 @@ ExitCode run(int argc, char** argv) {
   add_export_command(app, chosen);
   add_import_command(app, chosen);
   add_props_command(app, chosen);
+  add_recover_command(app, chosen);
+  add_repack_command(app, chosen);
   add_shm_command(app, chosen);
   add_units_command(app, chosen);
+  add_verify_command(app, chosen);
   add_json2xml_command(app, chosen);
   add_xml2json_command(app, chosen);
   std::uint64_t max_memory = default_max_memory;

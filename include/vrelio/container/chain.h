@@ -29,4 +29,21 @@ namespace Vrel {
 ///         "Failed reading %d bytes from file!" (-3) for whatever the file is too short for.
 VRELIO_EXPORT void read_chain(VFileAccess& file, FileRecord& record);
 
+/// As `read_chain`, but for the stacks: for who looks at a damaged file stack by stack.
+///
+/// \param file    as for `read_chain`.
+/// \param record  gets no stacks. After an error it holds what came before.
+/// \throws VrelError "No VBF file header found!" (-4); "Failed reading %d bytes from file!" (-3).
+VRELIO_EXPORT void read_file_start(VFileAccess& file, FileRecord& record);
+
+/// Read one stack, wherever its link may be, of which nothing is believed that the file is too short
+/// for.
+///
+/// \param file   stands at the stack's header; afterwards behind its last section, after an error where
+///               reading stopped.
+/// \param stack  is filled while reading. After an error it holds what came before; its `data_position`
+///               is 0 unless header, name and description were read.
+/// \throws as `read_chain`, of the messages about stacks.
+VRELIO_EXPORT void read_stack_record(VFileAccess& file, StackRecord& stack);
+
 }  // namespace Vrel
