@@ -64,7 +64,7 @@ def footer(stack, end):
     fixed = fixed[:size] + b"\xEE" * max(0, size - 1444)
     labels = stack.get("labels", [""] * rank)
     sections = b"".join(prefixed(label) for label in labels)
-    if size > 64:
+    if size >= 64:
         positions = stack.get("column_positions", {})
         sections += b"".join(struct.pack("<%dd" % len(positions[axis]), *positions[axis]) for axis in sorted(positions))
     if size > 124:

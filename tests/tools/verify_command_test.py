@@ -20,13 +20,11 @@ DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "sha
 TIME_LIMIT = 60
 MEMORY = [] if SANITIZED else ["--max-memory", "128MiB"]
 
-# Golden files that are no clean ones, with what they are for: metadata without a position, a newer reader, and flags of
-# columns that are not there.
+# Golden files that are no clean ones, with what they are for: metadata without a position, and a newer reader.
 GOLDEN_FAULTS = {name: "Could not determine xml format!" for name in
                  ("footer_1000", "footer_1002", "footer_1500", "raw", "stack_version_2", "stack_version_3", "version_1",
                   "zipped")}
 GOLDEN_FAULTS["required_version_6"] = "Need >= 6!"
-GOLDEN_FAULTS["footer_64"] = "into what was read already"
 # A stream is a stream whatever level the header tells.
 READABLE_BAD_FILES = {"level_negative"}
 
