@@ -37,7 +37,8 @@ SampleReader::SampleReader(VFile& file, const StackRecord& stack)
     : number_of_samples_(stack.number_of_samples),
       sample_size_(checked_sample_size(stack.header.data_type)),
       empty_(stack.header.data_length == 0),
-      flush_block_size_(stack.flush_block_size) {
+      flush_block_size_(stack.flush_block_size),
+      flush_point_count_(stack.flush_positions.size()) {
   if (empty_) return;
   const int level = segment_level(stack.header);
   segment_.init_r(file, level, stack.data_position, stack.header.data_length,
@@ -72,13 +73,17 @@ void SampleReader::read(u64 position, u64 count, void* destination) {
 // region cheap.
 void SampleReader::move_to(u64 byte_position) {
   const u64 here = segment_.tell();
-  const bool ahead_in_block = flush_block_size_ != 0 && byte_position >= here &&
-                              byte_position / flush_block_size_ == here / flush_block_size_;
-  if (ahead_in_block) {
+  if (flush_block_size_ != 0 && byte_position >= here &&
+      starting_point(byte_position) == starting_point(here)) {
     skip(byte_position - here);
   } else {
     segment_.seek(byte_position);
   }
+}
+
+// Which flush point a seek would restart at; behind the last there is none other.
+u64 SampleReader::starting_point(u64 byte_position) const {
+  return std::min(byte_position / flush_block_size_, flush_point_count_);
 }
 
 void SampleReader::skip(u64 size) {

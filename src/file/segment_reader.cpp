@@ -13,7 +13,7 @@ constexpr unsigned largest_scratch = 64u << 10;
 // Reads below the first size, in sequence, are served from as many bytes as the second, which is
 // enough to make the cost of a decoding step small.
 constexpr unsigned small_read = 4u << 10;
-constexpr unsigned ahead_size = 16u << 10;
+constexpr unsigned ahead_size = 64u << 10;
 // With such chunks what is decoded ahead lies within the chunk that each of the reads has.
 constexpr unsigned least_chunk_for_ahead = 64u << 10;
 // Enough to see what follows the last byte wanted.

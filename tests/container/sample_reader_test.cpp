@@ -217,4 +217,19 @@ TEST_F(SampleReaderRegionTest, AWalkOverTheRowsOfARegionFetchesNoBlockTwice) {
   EXPECT_LE(never.calls(), 16);
 }
 
+TEST_F(SampleReaderRegionTest, BehindTheLastFlushPointAWalkFetchesNothingTwiceEither) {
+  OpenStack open(place_.content());
+  StackRecord stack = open.stack();
+  stack.flush_positions.resize(1);
+  SampleReader reader(open.file(), stack);
+  const ScopedSystemFault never({SystemCall::read, -1, EIO});
+  for (u64 row = 0; row < 64; ++row) {
+    std::vector<std::uint16_t> part(100);
+    reader.read(row * 1000 + 450, 100, part.data());
+    const auto expected = samples_.begin() + static_cast<std::ptrdiff_t>(row * 1000 + 450);
+    ASSERT_EQ(part, std::vector<std::uint16_t>(expected, expected + 100)) << row;
+  }
+  EXPECT_LE(never.calls(), 16);
+}
+
 }  // namespace

@@ -34,12 +34,14 @@ class VRELIO_EXPORT SampleReader {
 
  private:
   void move_to(u64 byte_position);
+  u64 starting_point(u64 byte_position) const;
   void skip(u64 size);
 
   u64 number_of_samples_;
   unsigned sample_size_;
   bool empty_;
   u64 flush_block_size_;
+  u64 flush_point_count_;
   VZippedSegment segment_;
 };
 
