@@ -102,4 +102,65 @@ TEST(BFLargeStackTest, AStackBehindThemIsAppendedAndRead) {
   EXPECT_EQ(samples, "abc");
 }
 
+// Planes of 32 MiB, which zlib makes a few thousandths of: 5 GiB take room neither on the disk nor in memory.
+class LargeGrowingStack {
+ public:
+  static constexpr unsigned side = 4096;
+  static constexpr unsigned plane_length = side * side;
+  static constexpr unsigned planes = 160;
+  static constexpr int uint16 = 4;
+  static_assert(u64{planes} * plane_length * 2 == u64{5} << 30U);
+
+  explicit LargeGrowingStack(bool has_flush_points) {
+    VBFFile file(target_.name(), VFile::mode_create);
+    const auto stack = file->add_stack(false);
+    stack->create({side, side, 0}, uint16);
+    stack->set_compression(1, 1);
+    if (has_flush_points) stack->set_flush_block_size(2 * plane_length);
+    std::vector<unsigned short> plane(plane_length);
+    for (unsigned i = 0; i < planes; ++i) {
+      plane.back() = static_cast<unsigned short>(i);
+      stack->write(uint16, plane.data(), nullptr, plane_length);
+    }
+    stack->commit(0);
+    file->close();
+  }
+
+  const TemporaryFile& target() const { return target_; }
+
+  // The last samples of a plane and the first of the next.
+  static void expect_border_behind(VBFStackInterface& stack, unsigned plane) {
+    std::vector<unsigned short> samples(4, 7);
+    int position = static_cast<int>((plane + 1) * plane_length - 2);
+    stack.read(uint16, samples.data(), nullptr, 4, position);
+    EXPECT_THAT(samples, ElementsAre(0, plane, 0, 0));
+  }
+
+ private:
+  TemporaryFile target_;
+};
+
+TEST(BFLargeStackTest, AGrowingStackOfFiveGiBIsWrittenAndReadNearItsEnd) {
+  const LargeGrowingStack large(true);
+  VBFFile file(large.target().name(), VFile::mode_read);
+  const auto stack = file->get_stack(0);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(4096, 4096, 160));
+  EXPECT_EQ(stack->get_size(0), u64{5} << 30U);
+  LargeGrowingStack::expect_border_behind(*stack, 158);
+  LargeGrowingStack::expect_border_behind(*stack, 0);
+  std::vector<unsigned short> last(1, 7);
+  int position = static_cast<int>(LargeGrowingStack::planes * LargeGrowingStack::plane_length - 1);
+  stack->read(LargeGrowingStack::uint16, last.data(), nullptr, VBFStackInterface::all_samples,
+              position);
+  EXPECT_EQ(last[0], 159);
+  EXPECT_EQ(position, VBFStackInterface::position_exhausted);
+}
+
+// Decoded from the begin on, past 4 GiB of samples.
+TEST(BFLargeStackTest, WithoutFlushPointsFiveGiBAreReadNearTheirEndToo) {
+  const LargeGrowingStack large(false);
+  VBFFile file(large.target().name(), VFile::mode_read);
+  LargeGrowingStack::expect_border_behind(*file->get_stack(0), 158);
+}
+
 }  // namespace
