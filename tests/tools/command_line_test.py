@@ -6,36 +6,20 @@ import resource
 import signal
 import stat
 import subprocess
-import tempfile
 import time
 import unittest
 
 import numpy
 
 import vbf_bytes
+from vrel_program import FolderTestCase, PROGRAM, TIME_LIMIT, run, wait_until
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
 SAMPLES = numpy.arange(24, dtype="<u2")
-TIME_LIMIT = 60
 
 
-def run(*arguments, **options):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=TIME_LIMIT, **options)
-
-
-def wait_until(condition):
-    deadline = time.monotonic() + TIME_LIMIT
-    while not condition():
-        if time.monotonic() > deadline:
-            raise TimeoutError("what the test waits for does not happen")
-        time.sleep(0.002)
-
-
-class CommandLineTest(unittest.TestCase):
+class CommandLineTest(FolderTestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         self.good = self.write("good.vbf", vbf_bytes.file([
             dict(samples=SAMPLES.tobytes(), sizes=(6, 4), name=b"first"),
             dict(samples=b"\x07\x08\x09", sizes=(3,), data_type=1, tags={b"key": b"value"}),
@@ -44,19 +28,6 @@ class CommandLineTest(unittest.TestCase):
         content[content.rfind(b"VREL_BF_STACK\n")] = 0
         self.damaged = self.write("damaged.vbf", content)
         self.other = self.write("other.vbf", b"something else, and enough of it")
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
-        return self.path(name)
-
-    @staticmethod
-    def content(path):
-        with open(path, "rb") as file:
-            return file.read()
 
     def names(self):
         return sorted(set(os.listdir(self.folder)) - {"good.vbf", "damaged.vbf", "other.vbf"})

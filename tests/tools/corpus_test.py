@@ -12,10 +12,8 @@ import tempfile
 import time
 import typing
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-SANITIZED = os.environ.get("VRELIO_SANITIZE", "") != ""
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
+from vrel_program import DATA, PROGRAM, SANITIZED
+
 SKIPPED = 77
 TIME_LIMIT = 20
 MEMORY_LIMIT = 64 << 20

@@ -6,8 +6,6 @@ import os
 import resource
 import signal
 import subprocess
-import tempfile
-import time
 import unittest
 import warnings
 import xml.etree.ElementTree
@@ -19,12 +17,8 @@ import png_pixels
 import vbf_bytes
 import vbf_described
 from vbf_described import METRE, SECOND, Axis, unit
+from vrel_program import DATA, FolderTestCase, PROGRAM, SANITIZED, TIME_LIMIT, run, wait_until
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
-SANITIZED = os.environ.get("VRELIO_SANITIZE", "") != ""
-TIME_LIMIT = 60
 NAMESPACE = "{http://www.openmicroscopy.org/Schemas/OME/2016-06}"
 REAL_TYPES = {"uint8": (1, "u1"), "int8": (2, "i1"), "uint16": (4, "<u2"), "int16": (8, "<i2"),
               "uint32": (0x10, "<u4"), "int32": (0x20, "<i4"), "single": (0x40, "<f4"),
@@ -53,27 +47,7 @@ def dtype_of(name):
 ALL_TYPES = [*REAL_TYPES, *(f"cplx_{name}" for name in REAL_TYPES)]
 
 
-def run(*arguments, **options):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=TIME_LIMIT, **options)
-
-
-def wait_until(condition):
-    deadline = time.monotonic() + TIME_LIMIT
-    while not condition():
-        if time.monotonic() > deadline:
-            raise TimeoutError("what the test waits for does not happen")
-        time.sleep(0.002)
-
-
-class ExportTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
+class ExportTest(FolderTestCase):
     def write(self, content, name="source.vbf"):
         with open(self.path(name), "wb") as file:
             file.write(content)

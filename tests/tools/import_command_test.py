@@ -6,19 +6,16 @@ import os
 import random
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
 
 import numpy
 import tifffile
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
+from vrel_program import DATA, FolderTestCase, PROGRAM, TIME_LIMIT, run
+
 IMAGES = os.path.join(DATA, "images")
 SEED = int(os.environ.get("VRELIO_TEST_SEED", "1"))
-TIME_LIMIT = 60
 
 REAL_TYPES = {"uint8": "u1", "int8": "i1", "uint16": "u2", "int16": "i2", "uint32": "u4", "int32": "i4",
               "uint64": "u8", "int64": "i8", "single": "f4", "double": "f8"}
@@ -45,10 +42,6 @@ SAMPLE_IMAGES = [
 ]
 
 
-def run(*arguments, **options):
-    return subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, timeout=TIME_LIMIT, **options)
-
-
 def samples_of(shape, dtype, seed=SEED):
     """Bytes of all kinds, so that every one has to stand in its place."""
     dtype = numpy.dtype(dtype)
@@ -57,25 +50,10 @@ def samples_of(shape, dtype, seed=SEED):
     return numpy.frombuffer(content.tobytes(), dtype).reshape(shape)
 
 
-class ImportTestCase(unittest.TestCase):
+class ImportTestCase(FolderTestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         self.output = self.path("out.vbf")
-
-    def path(self, name):
-        return os.path.join(self.folder, name)
-
-    def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
-        return self.path(name)
-
-    @staticmethod
-    def content(path):
-        with open(path, "rb") as file:
-            return file.read()
 
     def npy(self, name, array, **options):
         with open(self.path(name), "wb") as file:

@@ -4,20 +4,12 @@ import glob
 import json
 import os
 import random
-import struct
-import subprocess
-import tempfile
 import unittest
 
 import vbf_records
 from vbf_records import Stack
+from vrel_program import DATA, FolderTestCase, MEMORY, put, run
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-SANITIZED = os.environ.get("VRELIO_SANITIZE", "") != ""
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
-TIME_LIMIT = 60
-MEMORY = [] if SANITIZED else ["--max-memory", "128MiB"]
 
 SAMPLES = random.Random(5).randbytes(96)
 RAW = Stack((4, 3, 4), SAMPLES, data_type=4, name=b"raw", description=b"words", labels=(b"X", b"Y", b"Zeit"),
@@ -27,35 +19,17 @@ ZIPPED = Stack((4, 3, 4), SAMPLES, data_type=4, level=6, block=32, name=b"zipped
 SMALL = Stack((3,), b"\x07\x08\x09", name=b"small")
 
 
-def run(*arguments):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=TIME_LIMIT)
-
-
-def put(content, position, form, *values):
-    content = bytearray(content)
-    struct.pack_into(form, content, position, *values)
-    return bytes(content)
-
-
 def without_places(stack):
     return {key: value for key, value in stack.items() if key != "positions"}
 
 
-class RecoverCommandTest(unittest.TestCase):
+class RecoverCommandTest(FolderTestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.output = os.path.join(folder.name, "saved.vbf")
-        self.folder = folder.name
-
-    def write(self, content, name="file.vbf"):
-        path = os.path.join(self.folder, name)
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
+        super().setUp()
+        self.output = self.path("saved.vbf")
 
     def recover(self, content, code):
-        path = self.write(content)
+        path = self.write("file.vbf", content)
         result = run("recover", *MEMORY, path, "--output", self.output, "--force")
         self.assertEqual(result.returncode, code, result.stderr)
         self.assertEqual(b"missing" in result.stderr, code == 1, result.stderr)
@@ -80,7 +54,7 @@ class RecoverCommandTest(unittest.TestCase):
     def expect_whole(self, content, code=0):
         """Every stack that the library reads comes out as it was, with its stored bytes."""
         self.recover(content, code)
-        before, after = self.describe(self.write(content)), self.describe(self.output)
+        before, after = self.describe(self.write("file.vbf", content)), self.describe(self.output)
         self.assertEqual([without_places(stack) for stack in before["stacks"]],
                          [without_places(stack) for stack in after["stacks"]])
         self.assertEqual((before["description"], before["dictionary"]), (after["description"], after["dictionary"]))
@@ -146,7 +120,7 @@ class RecoverCommandTest(unittest.TestCase):
         for cut in range(begin, len(content) + 1):
             flushed = max([0] + [32 * (number + 1) for number, point in enumerate(points) if begin + point <= cut])
             with self.subTest(cut=cut):
-                path = self.write(content[:cut])
+                path = self.write("file.vbf", content[:cut])
                 result = run("recover", *MEMORY, path, "--output", self.output, "--force")
                 stacks = self.saved()
                 got = 0
@@ -258,13 +232,13 @@ class RecoverCommandTest(unittest.TestCase):
 
     def test_nothing_to_save_leaves_no_file(self):
         for content in (b"", b"something else, and enough of it"):
-            result = run("recover", self.write(content), "--output", self.output)
+            result = run("recover", self.write("file.vbf", content), "--output", self.output)
             self.assertEqual(result.returncode, 4)
             self.assertEqual(os.listdir(self.folder), ["file.vbf"])
 
     def test_an_existing_file_is_not_replaced(self):
-        path = self.write(vbf_records.file([SMALL]))
-        other = self.write(b"mine", "other")
+        path = self.write("file.vbf", vbf_records.file([SMALL]))
+        other = self.write("other", b"mine")
         result = run("recover", path, "--output", other)
         self.assertEqual(result.returncode, 3)
         self.assertIn(b"Output file exists already", result.stderr)
@@ -284,7 +258,7 @@ class RecoverCommandTest(unittest.TestCase):
             with self.subTest(seed=seed):
                 if os.path.exists(self.output):
                     os.remove(self.output)
-                result = run("recover", *MEMORY, self.write(content), "--output", self.output)
+                result = run("recover", *MEMORY, self.write("file.vbf", content), "--output", self.output)
                 self.assertIn(result.returncode, (0, 1, 4), result.stderr)
                 self.assertEqual(os.path.exists(self.output), result.returncode != 4)
                 if result.returncode != 4:

@@ -6,17 +6,13 @@ import os
 import random
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
 
 import vbf_records
 from vbf_records import Stack
+from vrel_program import DATA, FolderTestCase, PROGRAM, TIME_LIMIT, run
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
-TIME_LIMIT = 60
 
 # Repeats enough to become smaller.
 SAMPLES = random.Random(5).randbytes(1000) * 200
@@ -28,26 +24,10 @@ EMPTY = Stack((5, 5), b"", has_data=0, name=b"zeros")
 ENTRIES = {b"ome_xml": b"<OME/>\n<!-- kept -->", b"other": b"\xff\x00"}
 
 
-def run(*arguments):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=TIME_LIMIT)
-
-
-class RepackCommandTest(unittest.TestCase):
+class RepackCommandTest(FolderTestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
+        super().setUp()
         self.output = os.path.join(self.folder, "new.vbf")
-
-    def write(self, content, name="file.vbf"):
-        path = os.path.join(self.folder, name)
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
-
-    def content(self):
-        with open(self.output, "rb") as file:
-            return file.read()
 
     def repack(self, path, *options):
         result = run("repack", path, "--output", self.output, "--force", *options)
@@ -77,20 +57,20 @@ class RepackCommandTest(unittest.TestCase):
     def test_a_file_without_dead_bytes_stays_byte_for_byte(self):
         for version in (1, 2):
             content = vbf_records.file([RAW, ZIPPED, EMPTY], b"about \xff", version, ENTRIES)
-            self.repack(self.write(content))
-            self.assertEqual(self.content(), content)
+            self.repack(self.write("file.vbf", content))
+            self.assertEqual(self.content(self.output), content)
 
     def test_dead_bytes_go(self):
         content = vbf_records.file([RAW, ZIPPED], b"about", 2, ENTRIES)
-        self.repack(self.write(content + b"dead bytes"))
-        self.assertEqual(self.content(), content)
+        self.repack(self.write("file.vbf", content + b"dead bytes"))
+        self.assertEqual(self.content(self.output), content)
 
     def test_the_unfinished_stack_of_a_killed_writer_goes(self):
-        self.repack(self.write(vbf_records.killed([ZIPPED], RAW, version=1)))
-        self.assertEqual(self.content(), vbf_records.file([ZIPPED], version=1))
+        self.repack(self.write("file.vbf", vbf_records.killed([ZIPPED], RAW, version=1)))
+        self.assertEqual(self.content(self.output), vbf_records.file([ZIPPED], version=1))
 
     def test_samples_are_compressed(self):
-        path = self.write(vbf_records.file([RAW, ZIPPED, EMPTY], b"about", 2, ENTRIES))
+        path = self.write("file.vbf", vbf_records.file([RAW, ZIPPED, EMPTY], b"about", 2, ENTRIES))
         self.repack(path, "--compress", "9")
         self.expect_same(path, recompressed=True)
         raw, zipped, empty = self.describe(self.output)["stacks"]
@@ -101,7 +81,7 @@ class RepackCommandTest(unittest.TestCase):
         self.assertEqual(empty["positions"]["data_length"], 0)
 
     def test_samples_become_raw(self):
-        path = self.write(vbf_records.file([RAW, ZIPPED], b"about", 2, ENTRIES))
+        path = self.write("file.vbf", vbf_records.file([RAW, ZIPPED], b"about", 2, ENTRIES))
         self.repack(path, "--compress", "0")
         self.expect_same(path, recompressed=True)
         for stack in self.describe(self.output)["stacks"]:
@@ -109,7 +89,7 @@ class RepackCommandTest(unittest.TestCase):
             self.assertEqual(stack["flush"], {"block_size": 0, "positions": []})
 
     def test_flush_points_are_moved_in_streams_alone(self):
-        path = self.write(vbf_records.file([RAW, ZIPPED], version=1))
+        path = self.write("file.vbf", vbf_records.file([RAW, ZIPPED], version=1))
         self.repack(path, "--flush", "70000")
         self.expect_same(path, recompressed=True)
         raw, zipped = self.describe(self.output)["stacks"]
@@ -122,7 +102,7 @@ class RepackCommandTest(unittest.TestCase):
 
     def test_older_stacks_keep_their_version(self):
         stacks = [Stack((3,), b"abc", version=version) for version in range(6)]
-        path = self.write(vbf_records.file(stacks, version=1))
+        path = self.write("file.vbf", vbf_records.file(stacks, version=1))
         self.repack(path)
         self.assertEqual([stack["format_version"] for stack in self.describe(self.output)["stacks"]], list(range(6)))
         self.expect_same(path)
@@ -142,7 +122,7 @@ class RepackCommandTest(unittest.TestCase):
     def test_a_damaged_file_is_refused_and_leaves_nothing(self):
         content = bytearray(vbf_records.file([RAW, ZIPPED]))
         content[content.rfind(b"VREL_BF_STACK\n")] = 0
-        path = self.write(content)
+        path = self.write("file.vbf", content)
         result = run("repack", path, "--output", self.output)
         self.assertEqual(result.returncode, 4)
         self.assertEqual(result.stderr.decode(), f"vrel: {path}: Stack header not in vbf format!\n"
@@ -152,27 +132,27 @@ class RepackCommandTest(unittest.TestCase):
     def test_a_damaged_stream_is_refused_when_it_is_read(self):
         content = bytearray(vbf_records.file([ZIPPED], version=1))
         content[26 + 368 + 6 + 100] ^= 0xFF
-        result = run("repack", self.write(content), "--output", self.output, "--compress", "6")
+        result = run("repack", self.write("file.vbf", content), "--output", self.output, "--compress", "6")
         self.assertEqual(result.returncode, 4)
         self.assertIn(b"vrel recover", result.stderr)
         self.assertEqual(os.listdir(self.folder), ["file.vbf"])
 
     def test_an_existing_file_is_not_replaced(self):
-        path = self.write(vbf_records.file([RAW]))
-        self.write(b"mine", "new.vbf")
+        path = self.write("file.vbf", vbf_records.file([RAW]))
+        self.write("new.vbf", b"mine")
         result = run("repack", path, "--output", self.output)
-        self.assertEqual((result.returncode, self.content()), (3, b"mine"))
+        self.assertEqual((result.returncode, self.content(self.output)), (3, b"mine"))
         self.assertIn(f"vrel: {self.output}: Output file exists already".encode(), result.stderr)
 
     def test_a_file_can_be_replaced_by_itself(self):
         content = vbf_records.file([RAW], b"about", 2, ENTRIES)
-        path = self.write(content + b"dead")
+        path = self.write("file.vbf", content + b"dead")
         self.assertEqual(run("repack", path, "--output", path, "--force").returncode, 0)
         with open(path, "rb") as file:
             self.assertEqual(file.read(), content)
 
     def test_an_interruption_leaves_no_half_file(self):
-        path = self.write(vbf_records.file([Stack((1 << 20, 48), random.Random(1).randbytes(48 << 20))]))
+        path = self.write("file.vbf", vbf_records.file([Stack((1 << 20, 48), random.Random(1).randbytes(48 << 20))]))
         before = sorted(os.listdir(self.folder))
         with subprocess.Popen([PROGRAM, "repack", path, "--output", self.output, "--compress", "9"],
                               stderr=subprocess.DEVNULL) as process:
@@ -184,7 +164,7 @@ class RepackCommandTest(unittest.TestCase):
         self.assertEqual(sorted(os.listdir(self.folder)), before)
 
     def test_wrong_usage(self):
-        path = self.write(vbf_records.file([RAW]))
+        path = self.write("file.vbf", vbf_records.file([RAW]))
         for options in (["--compress", "10"], ["--compress", "-1"], ["--compress", "x"], ["--flush", "-1"]):
             result = run("repack", path, "--output", self.output, *options)
             self.assertEqual((result.returncode, result.stdout), (2, b""), options)

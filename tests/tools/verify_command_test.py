@@ -5,20 +5,13 @@ import json
 import os
 import random
 import struct
-import subprocess
-import tempfile
 import unittest
 import zlib
 
 import vbf_records
 from vbf_records import Stack
+from vrel_program import DATA, FolderTestCase, MEMORY, REPOSITORY, put, run
 
-PROGRAM = os.environ["VRELIO_PROGRAM"]
-SANITIZED = os.environ.get("VRELIO_SANITIZE", "") != ""
-REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-DATA = os.environ.get("VRELIO_TEST_DATA") or os.path.join(REPOSITORY, "..", "shared", "data")
-TIME_LIMIT = 60
-MEMORY = [] if SANITIZED else ["--max-memory", "128MiB"]
 
 # Golden files that are no clean ones, with what they are for: metadata without a position, and a newer reader.
 GOLDEN_FAULTS = {name: "Could not determine xml format!" for name in
@@ -33,31 +26,10 @@ PLAIN = Stack((16, 16, 16), SAMPLES, name=b"plain")
 ZIPPED = Stack((16, 16, 16), SAMPLES, level=6, block=1024, name=b"zipped")
 
 
-def run(*arguments):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=TIME_LIMIT)
-
-
-def put(content, position, form, *values):
-    content = bytearray(content)
-    struct.pack_into(form, content, position, *values)
-    return bytes(content)
-
-
-class VerifyCommandTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-
-    def write(self, content, name="file.vbf"):
-        path = os.path.join(self.folder, name)
-        with open(path, "wb") as file:
-            file.write(content)
-        return path
-
+class VerifyCommandTest(FolderTestCase):
     def verify(self, content):
         """The report on a file, after its exit code was compared with it."""
-        result = run("verify", "--json", *MEMORY, self.write(content))
+        result = run("verify", "--json", *MEMORY, self.write("file.vbf", content))
         self.assertEqual(result.stderr, b"")
         report = json.loads(result.stdout)
         self.assertEqual(result.returncode, 1 if report["findings"] else 0)
@@ -109,7 +81,7 @@ class VerifyCommandTest(unittest.TestCase):
 
     def test_another_kind_of_file_is_refused(self):
         for content in (b"", b"VREL_BF\n", b"something else, and enough of it"):
-            result = run("verify", "--json", self.write(content))
+            result = run("verify", "--json", self.write("file.vbf", content))
             self.assertEqual((result.returncode, result.stdout), (4, b""))
             self.assertIn(b"vrel: ", result.stderr)
 
@@ -117,9 +89,9 @@ class VerifyCommandTest(unittest.TestCase):
         self.assertEqual(run("verify", os.path.join(self.folder, "missing")).returncode, 3)
 
     def test_several_files_end_with_the_worst_code(self):
-        good = self.write(vbf_records.file([PLAIN]), "good")
-        faulty = self.write(vbf_records.file([PLAIN], closed=False), "faulty")
-        other = self.write(b"something else, and enough of it", "other")
+        good = self.write("good", vbf_records.file([PLAIN]))
+        faulty = self.write("faulty", vbf_records.file([PLAIN], closed=False))
+        other = self.write("other", b"something else, and enough of it")
         for files, code in (([good, faulty], 1), ([faulty, good], 1), ([other, faulty, good], 4)):
             result = run("verify", "--json", *files)
             self.assertEqual(result.returncode, code)
@@ -129,7 +101,7 @@ class VerifyCommandTest(unittest.TestCase):
     def test_people_read_what_is_wrong_and_what_can_be_read(self):
         content = vbf_records.file([PLAIN, ZIPPED])
         magic = content.rfind(b"VREL_BF_STACK\n")
-        result = run("verify", self.write(put(content, magic, "<B", 0)))
+        result = run("verify", self.write("file.vbf", put(content, magic, "<B", 0)))
         self.assertIn(f"stack 1, byte {magic}: Stack header not in vbf format!".encode(), result.stdout)
         self.assertIn(b"2 stacks, 1 fault; stacks that can be read whole: 0\n", result.stdout)
 
@@ -281,7 +253,7 @@ class VerifyCommandTest(unittest.TestCase):
                                        source.randrange(1600)])
                 content[place] = source.randrange(256)
             content = bytes(content[:source.choice([len(content), source.randrange(len(content))])])
-            result = run("verify", "--json", *MEMORY, self.write(content))
+            result = run("verify", "--json", *MEMORY, self.write("file.vbf", content))
             with self.subTest(seed=seed):
                 self.assertIn(result.returncode, (0, 1, 4), result.stderr)
                 for line in result.stdout.splitlines():

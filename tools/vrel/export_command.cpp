@@ -1,6 +1,5 @@
 #include <vrelio/container/sample_reader.h>
 #include <vrelio/foundation/data_type.h>
-#include <vrelio/version.h>
 
 #include <memory>
 #include <optional>
@@ -14,6 +13,7 @@
 #include "lib/error_report.h"
 #include "lib/export_output.h"
 #include "lib/input_file.h"
+#include "lib/program_name.h"
 #include "lib/progress_bar.h"
 #include "lib/region_reader.h"
 #include "lib/region_text.h"
@@ -42,11 +42,6 @@ struct Options {
 
 bool is_range(const Options& options) { return options.offset || options.count; }
 
-std::string creator() {
-  return "vrel " + std::to_string(VRELIO_VERSION_MAJOR) + '.' +
-         std::to_string(VRELIO_VERSION_MINOR) + '.' + std::to_string(VRELIO_VERSION_PATCH);
-}
-
 // The stack to be exported, and what its samples become.
 struct Job {
   const Options& options;
@@ -64,7 +59,7 @@ ExportTarget target_of(const Job& job) {
   target.replace = options.force;
   target.compression = static_cast<int>(options.compression.value_or(default_compression));
   target.date = acquisition_date(job.file, options.stack);
-  target.creator = creator();
+  target.creator = program_name();
   return target;
 }
 

@@ -142,10 +142,6 @@ void take_level(const std::string& text, int& level) {
   level = text[0] - '0';
 }
 
-std::string refuse_sign(const std::string& text) {
-  return text.find('-') == std::string::npos ? "" : "'" + text + "' is no size";
-}
-
 std::string refuse_standard_output(const std::string& name) {
   return name == "-" || name.empty() ? "'" + name + "' is no file" : "";
 }

@@ -1,6 +1,4 @@
 // vrel: what VBF files hold, on the command line.
-#include <vrelio/version.h>
-
 #include <cstdint>
 #include <sstream>
 #include <string>
@@ -10,16 +8,13 @@
 #include "lib/error_report.h"
 #include "lib/interruption.h"
 #include "lib/memory_limit.h"
+#include "lib/program_name.h"
 #include "lib/standard_output.h"
+#include "number_option.h"
 
 using namespace Vrel::tool;
 
 namespace {
-
-#define VRELIO_TEXT_OF(number) #number
-#define VRELIO_TEXT(number) VRELIO_TEXT_OF(number)
-constexpr const char* version_text = "vrel " VRELIO_TEXT(VRELIO_VERSION_MAJOR) "." VRELIO_TEXT(
-    VRELIO_VERSION_MINOR) "." VRELIO_TEXT(VRELIO_VERSION_PATCH);
 
 // The parser misses a command before it says that a word is none.
 std::string fault_in_words(const CLI::App& app, const CLI::Error& error) {
@@ -40,11 +35,6 @@ ExitCode answer_parse_error(const CLI::App& app, const CLI::ParseError& error) {
   return code == 0 ? exit_done : exit_usage;
 }
 
-// The parser of sizes would take a negative number round to a huge one.
-std::string refuse_sign(const std::string& text) {
-  return text.find('-') == std::string::npos ? "" : "'" + text + "' is no size";
-}
-
 // May stand before or behind the verb.
 void add_max_memory(CLI::App& app, std::uint64_t& bytes) {
   app.add_option("--max-memory", bytes,
@@ -61,7 +51,7 @@ ExitCode run(int argc, char** argv) {
       "hold, show and change property trees, convert units and values, and clean up shared memory",
       "vrel");
   Command chosen;
-  app.set_version_flag("--version", version_text);
+  app.set_version_flag("--version", program_name());
   app.require_subcommand(1);
   app.footer(exit_code_help);
   app.failure_message(usage_failure);

@@ -27,4 +27,9 @@ CLI::Option* add_number(CLI::App& verb, const std::string& name, Number& number,
   return verb.add_option_function<std::string>(name, parse, help)->type_name("N");
 }
 
+/// A check of sizes, whose parser would take a negative number round to a huge one.
+inline std::string refuse_sign(const std::string& text) {
+  return text.find('-') == std::string::npos ? "" : "'" + text + "' is no size";
+}
+
 }  // namespace Vrel::tool

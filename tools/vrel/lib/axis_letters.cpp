@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lib/ascii_case.h"
+#include "lib/plain_text.h"
 
 namespace Vrel::tool {
 

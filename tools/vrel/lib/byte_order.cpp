@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "lib/complex_type.h"
+
 namespace Vrel::tool {
 
 namespace {
-
-constexpr int complex_flag = 0x40000000;
 
 std::uint16_t reversed(std::uint16_t number) { return __builtin_bswap16(number); }
 std::uint32_t reversed(std::uint32_t number) { return __builtin_bswap32(number); }

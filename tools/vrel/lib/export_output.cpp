@@ -1,11 +1,11 @@
 #include "lib/export_output.h"
 
-#include "lib/ascii_case.h"
 #include "lib/axis_letters.h"
 #include "lib/npy_header.h"
 #include "lib/ome_tiff_image.h"
 #include "lib/ome_tiff_text.h"
 #include "lib/output_file.h"
+#include "lib/plain_text.h"
 #include "lib/png_output.h"
 #include "lib/standard_output.h"
 #include "lib/tiff_writer.h"
@@ -25,10 +25,6 @@ constexpr Ending endings[] = {{".raw", ExportForm::raw},
                               {".tif", ExportForm::tiff},
                               {".tiff", ExportForm::tiff},
                               {".png", ExportForm::png}};
-
-bool ends_with(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
 
 std::unique_ptr<Output> open_stream(const ExportTarget& target) {
   if (target.name == "-") return std::make_unique<StandardOutput>();

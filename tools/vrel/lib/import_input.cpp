@@ -6,16 +6,13 @@
 #include <string_view>
 
 #include "lib/npy_reader.h"
+#include "lib/plain_text.h"
 #include "lib/sample_stream.h"
 #include "lib/tiff_input.h"
 
 namespace Vrel::tool {
 
 namespace {
-
-bool ends_with(const std::string& text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
 
 ImportInput with_one(ImportStack stack) {
   ImportInput input;

@@ -5,7 +5,6 @@
 #include <unistd.h>
 #include <vrelio/foundation/data_type.h>
 #include <vrelio/ome/types.h>
-#include <vrelio/version.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -19,15 +18,11 @@
 #include "lib/ome_image.h"
 #include "lib/ome_tree.h"
 #include "lib/ome_units.h"
+#include "lib/program_name.h"
 
 namespace Vrel::tool {
 
 namespace {
-
-#define VRELIO_TEXT_OF(number) #number
-#define VRELIO_TEXT(number) VRELIO_TEXT_OF(number)
-constexpr const char* creator = "vrel " VRELIO_TEXT(VRELIO_VERSION_MAJOR) "." VRELIO_TEXT(
-    VRELIO_VERSION_MINOR) "." VRELIO_TEXT(VRELIO_VERSION_PATCH);
 
 // What goes wrong in here goes wrong with the output.
 template <class Work>
@@ -134,7 +129,7 @@ void ImportTarget::open_new(bool replace) {
   at_output(path_, [&] {
     void* handle = VFile::to_handle(new_file_->descriptor());
     file_->attach(handle, VFile::mode_create);
-    file_->set_creator(creator);
+    file_->set_creator(program_name());
   });
 }
 

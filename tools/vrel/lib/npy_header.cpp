@@ -2,6 +2,8 @@
 
 #include <vrelio/foundation/error.h>
 
+#include "lib/complex_type.h"
+
 namespace Vrel::tool {
 
 namespace {
@@ -10,8 +12,6 @@ struct Row {
   int data_type;
   const char* descriptor;
 };
-
-constexpr int complex_flag = 0x40000000;
 
 constexpr Row rows[] = {
     {1, "'|u1'"},

@@ -8,13 +8,12 @@
 #include <optional>
 #include <system_error>
 
+#include "lib/complex_type.h"
 #include "lib/printable_text.h"
 
 namespace Vrel::tool {
 
 namespace {
-
-constexpr int complex_flag = 0x40000000;
 
 [[noreturn]] void raise_invalid() { throw VrelError(VrelError()("Invalid .npy header!")(-4)); }
 

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "lib/axis_letters.h"
+#include "lib/complex_type.h"
 #include "lib/ome_tiff_units.h"
 
 namespace Vrel::tool {
@@ -18,8 +19,6 @@ struct TypeRow {
   int data_type;
   const char* name;
 };
-
-constexpr int complex_flag = 0x40000000;
 
 constexpr TypeRow types[] = {{0x1, "uint8"},
                              {0x2, "int8"},

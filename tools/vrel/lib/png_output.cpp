@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "lib/complex_type.h"
 #include "lib/gray_scale.h"
 #include "lib/png_writer.h"
 
@@ -16,7 +17,6 @@ namespace Vrel::tool {
 namespace {
 
 constexpr int double_id = 0x80;
-constexpr int complex_flag = 0x40000000;
 constexpr std::size_t block_samples = 16384;
 
 bool is_complex(int data_type) { return (data_type & complex_flag) != 0; }

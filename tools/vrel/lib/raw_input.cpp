@@ -7,6 +7,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "lib/complex_type.h"
+
 namespace Vrel::tool {
 
 namespace {
@@ -42,7 +44,6 @@ std::optional<std::vector<u64>> read_sizes(const std::string& text) {
 }
 
 int read_type_name(const std::string& name) {
-  constexpr int complex_flag = 0x40000000;
   constexpr int real_types = 0x30FF;
   const int id = vrel_dt_from_name(name.c_str());
   return (id & ~(complex_flag | real_types)) == 0 ? id : 0;

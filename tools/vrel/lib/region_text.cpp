@@ -4,8 +4,8 @@
 #include <charconv>
 #include <system_error>
 
-#include "lib/ascii_case.h"
 #include "lib/axis_letters.h"
+#include "lib/plain_text.h"
 #include "lib/printable_text.h"
 
 namespace Vrel::tool {

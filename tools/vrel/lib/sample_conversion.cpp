@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "lib/complex_type.h"
+
 namespace Vrel::tool {
 
 namespace {
@@ -48,7 +50,6 @@ struct Converter {
 
 bool is_conversion_target(int data_type) {
   constexpr int uint8_id = 1;
-  constexpr int complex_flag = 0x40000000;
   return can_convert(uint8_id, data_type) || can_convert(uint8_id | complex_flag, data_type);
 }
 

@@ -13,6 +13,7 @@
 #include <cstring>
 
 #include "lib/byte_order.h"
+#include "lib/complex_type.h"
 #include "lib/open_file.h"
 
 namespace Vrel::tool {
@@ -21,8 +22,6 @@ namespace {
 
 constexpr u64 piece_size = 4u << 20;
 constexpr tmsize_t largest_allocation = 1 << 29;
-constexpr int complex_flag = 0x40000000;
-
 [[noreturn]] void raise_unreadable(const std::string& reason) {
   throw VrelError(VrelError()("Cannot read TIFF: %s", reason.c_str())(-4));
 }

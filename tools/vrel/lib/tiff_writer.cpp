@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "lib/complex_type.h"
 #include "lib/error_report.h"
 
 namespace Vrel::tool {
@@ -22,8 +23,6 @@ struct TiffWriter::Target {
 };
 
 namespace {
-
-constexpr int complex_flag = 0x40000000;
 
 tmsize_t remember_error(int& system_error) {
   system_error = errno;

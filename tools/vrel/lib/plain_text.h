@@ -1,4 +1,4 @@
-// Upper and lower case of ASCII letters, whatever the locale.
+// Small questions to texts, whatever the locale.
 #pragma once
 
 #include <algorithm>
@@ -14,6 +14,10 @@ inline std::string to_lower_case(std::string_view text) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
   return lower;
+}
+
+inline bool ends_with(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
 }  // namespace Vrel::tool
