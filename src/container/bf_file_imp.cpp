@@ -142,7 +142,9 @@ void VBFFileImp::take_record(FileRecord& record) {
   for (StackRecord& stack : record.stacks) {
     content_.link_position = stack.stack_position + next_stack_offset;
     if (chain_.empty() || !have_same_metadata(*chain_.back().record, stack)) check_metadata(stack);
-    chain_.push_back({std::make_unique<const StackRecord>(std::move(stack)), nullptr});
+    ChainLink link;
+    link.record = std::make_unique<const StackRecord>(std::move(stack));
+    chain_.push_back(std::move(link));
   }
 }
 
@@ -319,8 +321,8 @@ VBFFileImp::stack_ptr VBFFileImp::copy_stack(unsigned int index) {
     raise(id_format, "Invalid stack index %d!", static_cast<int>(index));
   }
   const ChainLink& link = chain_[index];
-  const auto stack = link.record ? boost::make_shared<VBFStackImp>(this, StackRecord(*link.record))
-                                 : boost::make_shared<VBFStackImp>(*link.stack);
+  auto stack = link.record ? boost::make_shared<VBFStackImp>(this, StackRecord(*link.record))
+                           : boost::make_shared<VBFStackImp>(*link.stack);
   keep_handle(stack);
   return stack;
 }
