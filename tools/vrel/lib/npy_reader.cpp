@@ -202,7 +202,7 @@ std::string read_dictionary(SampleStream& stream) {
   std::array<char, 8> start{};
   stream.read(start.data(), start.size());
   const bool is_magic = std::string_view(start.data(), npy_magic.size()) == npy_magic;
-  const int version = start[6];
+  const int version = static_cast<unsigned char>(start[6]);
   if (!is_magic || version < 1 || version > 3) raise_invalid();
   const std::uint32_t size = read_little_endian(stream, version == 1 ? 2 : 4);
   if (size > longest || size > stream.bytes_left().value_or(size)) raise_invalid();

@@ -144,7 +144,7 @@ void take_steps(const Json::Value& pixels, std::vector<ImportAxis>& axes) {
 }
 
 std::string channel_label(const Json::Value& channel) {
-  const std::string name = text_attribute(channel, "Name");
+  std::string name = text_attribute(channel, "Name");
   const Json::Value* const length = attribute(channel, "EmissionWavelength");
   if (!name.empty() || length == nullptr) return name;
   const double number = number_attribute(channel, "EmissionWavelength", 0.0);

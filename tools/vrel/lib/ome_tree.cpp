@@ -134,7 +134,7 @@ Json::Value read_document(const std::string& text) {
 
 Json::Value read_ome_tree(std::string_view text, std::string_view skipped) {
   try {
-    const Json::Value tree = make_children(read_document(plain_xml(text, skipped)));
+    Json::Value tree = make_children(read_document(plain_xml(text, skipped)));
     const Json::Value* const top = tree.kind() == Json::kind_map ? tree.find("ome:OME") : nullptr;
     if (top == nullptr || top->kind() != Json::kind_map) raise_invalid();
     return tree;
