@@ -153,7 +153,13 @@ void* operator new(std::size_t size) {
   return block;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return fails(SystemCall::allocate_object) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void operator delete(void* block) noexcept { std::free(block); }
+
+void operator delete(void* block, const std::nothrow_t& /*tag*/) noexcept { std::free(block); }
 
 void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
 
