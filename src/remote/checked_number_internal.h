@@ -18,6 +18,7 @@ bool holds_number(From number) {
     const double begin = std::is_signed_v<To> ? -end : 0.0;
     return number >= begin && number < end && std::trunc(number) == number;
   } else {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): int8 is plain char
     const To converted = static_cast<To>(number);
     return static_cast<From>(converted) == number && (converted > To{0}) == (number > From{0});
   }

@@ -42,8 +42,8 @@ bool is_scalar_array(int id) {
   return is_array(id) && (real_row(element) != -1 || element == id_logical || element == id_text);
 }
 
-// Where a path has led to. Access to a tree that is not constant makes the handles on the way the sole owners
-// of what they hold.
+// Where a path has led to. Access to a tree that is not constant makes the handles on the way the sole
+// owners of what they hold.
 template <class Prop>
 class Walk {
  public:
