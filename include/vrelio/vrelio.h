@@ -41,6 +41,7 @@
 #include <vrelio/prop/prop_struct.h>
 #include <vrelio/prop/prop_visitor.h>
 #include <vrelio/prop/prop_xml.h>
+#include <vrelio/remote/property_bridge.h>
 #include <vrelio/si/fraction.h>
 #include <vrelio/si/value.h>
 #include <vrelio/stack/iterator.h>
