@@ -8,7 +8,7 @@
 
 #ifdef __SANITIZE_ADDRESS__
 // The XML library loses its nodes when it runs out of memory itself; vrelio_tests holds that we lose none.
-extern "C" const char* __lsan_default_suppressions();
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() { return "leak:libtinyxml"; }
 #endif
 
