@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 #include "container/writing_session.h"
 
@@ -29,40 +30,21 @@ int fail_each_allocation(Work work) {
   return occurrence;
 }
 
-// Of a session that ran out of memory.
-struct Outcome {
-  std::size_t committed = 0;
-  bool failed = false;
-  bool happened = false;
-};
-
-Outcome write_without_memory(const TemporaryFile& target, VFile::mode mode, const Fault& fault) {
-  Outcome outcome;
+// A session that runs out of memory, and whether that happened.
+std::pair<Session, bool> run_without_memory(const TemporaryFile& target, VFile::mode mode,
+                                            const Fault& fault) {
   const ScopedSystemFault scope(fault);
-  try {
-    VBFFile file(target.name(), mode);
-    outcome.committed = file->get_number_of_stacks();
-    while (outcome.committed < stack_count) {
-      write_stack(file, static_cast<unsigned>(outcome.committed));
-      ++outcome.committed;
-    }
-    file->close();
-  } catch (const std::bad_alloc&) {
-    outcome.failed = true;
-  } catch (const VrelError&) {
-    outcome.failed = true;
-  }
-  outcome.happened = scope.happened();
-  return outcome;
+  const Session session = run_session(target, mode);
+  return {session, scope.happened()};
 }
 
 TEST(BFFileMemoryTest, WhateverAllocationOfAWriterFailsWhatWasCommittedIsReadable) {
   const int allocations = fail_each_allocation([](const Fault& fault) {
     const TemporaryFile target;
-    const Outcome outcome = write_without_memory(target, VFile::mode_create, fault);
-    if (target.exists()) expect_readable(target, outcome.committed);
-    EXPECT_EQ(outcome.failed, outcome.happened);
-    return outcome.happened;
+    const auto [session, happened] = run_without_memory(target, VFile::mode_create, fault);
+    if (target.exists()) expect_readable(target, session.committed);
+    EXPECT_EQ(session.failed, happened);
+    return happened;
   });
   EXPECT_GT(allocations, 100);
 }
@@ -77,10 +59,10 @@ TEST(BFFileMemoryTest, WhateverAllocationOfAModificationFailsTheOldStacksAreRead
   const std::string content = two.content();
   fail_each_allocation([&](const Fault& fault) {
     const TemporaryFile target(content);
-    const Outcome outcome = write_without_memory(target, VFile::mode_modify, fault);
-    expect_readable(target, std::max<std::size_t>(2, outcome.committed));
-    EXPECT_EQ(outcome.failed, outcome.happened);
-    return outcome.happened;
+    const auto [session, happened] = run_without_memory(target, VFile::mode_modify, fault);
+    expect_readable(target, std::max<std::size_t>(2, session.committed));
+    EXPECT_EQ(session.failed, happened);
+    return happened;
   });
 }
 

@@ -6,6 +6,7 @@
 #include <vrelio/foundation/error.h>
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,8 @@ inline Session run_session(const TemporaryFile& target, VFile::mode mode, bool c
     if (close_file) file->close();
   } catch (const VrelError& error) {
     EXPECT_STRNE(error.get_msg(), "");
+    session.failed = true;
+  } catch (const std::bad_alloc&) {
     session.failed = true;
   }
   return session;
