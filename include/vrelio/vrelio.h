@@ -8,6 +8,7 @@
 #include <vrelio/container/record_writer.h>
 #include <vrelio/container/records.h>
 #include <vrelio/container/sample_reader.h>
+#include <vrelio/container/stack_metadata.h>
 #include <vrelio/export.h>
 #include <vrelio/file/file.h>
 #include <vrelio/file/file_access.h>

@@ -17,6 +17,7 @@
 #include "container/dbl_internal.h"
 #include "container/format_internal.h"
 #include "container/record_buffer_internal.h"
+#include "container/record_output_internal.h"
 #include "container/report_internal.h"
 #include "container/stack_metadata_internal.h"
 #include "foundation/raise_internal.h"
@@ -184,7 +185,7 @@ void VBFFileImp::write_closing_dictionary() {
   Json::write_xml(root_, text);
   const u64 end = checked_seek(*this, end_of_file);
   content_.dictionary_position = end;
-  correct(content_.dictionary_field_position, end);
+  correct(*this, content_.dictionary_field_position, end);
   checked_seek(*this, end);
   content_.dictionary["ome_xml"] = text.str();
   RecordBuffer buffer;
@@ -214,18 +215,10 @@ void VBFFileImp::finish() {
 
 void VBFFileImp::write_header() {
   if (!content_.is_header_pending) return;
-  FileHeader header;
-  header.format_version = content_.format_version;
-  header.description_length = length_field(content_.description);
-  const u64 position = checked_tell(*this);
-  RecordBuffer buffer;
-  buffer.put(encode(header));
-  buffer.write_str(content_.description, false);
-  const u64 dictionary_field = position + buffer.tell();
-  if (content_.format_version > 1) write_u64(buffer, content_.dictionary_position);
-  buffer.flush_to(*this);
-  content_.link_position = position + first_stack_offset;
-  content_.dictionary_field_position = dictionary_field;
+  const FileFields fields = write_file_start(*this, content_.format_version, content_.description,
+                                             content_.dictionary_position);
+  content_.link_position = fields.link;
+  content_.dictionary_field_position = fields.dictionary;
   content_.is_header_pending = false;
 }
 
@@ -241,15 +234,11 @@ const VBFStackImp* VBFFileImp::last_made() const {
 void VBFFileImp::on_stack_finished(const VBFStackImp* stack) {
   check_is_last(stack);
   const u64 here = checked_tell(*this);
-  if (content_.link_position != 0)
-    correct(content_.link_position, stack->get_stack_position_in_file());
+  if (content_.link_position != 0) {
+    correct(*this, content_.link_position, stack->get_stack_position_in_file());
+  }
   checked_seek(*this, here);
   content_.link_position = stack->get_stack_position_in_file() + next_stack_offset;
-}
-
-void VBFFileImp::correct(u64 field, u64 value) {
-  checked_seek(*this, field);
-  write_u64(*this, value);
 }
 
 void VBFFileImp::report_progress(unsigned int bytes) const {

@@ -56,8 +56,6 @@ class VBFFileImp final : public VBFFileInterface, public VFile {
   void on_stack_finished(const VBFStackImp* stack);
   // Raises "Cancelled by user!" (-11).
   void report_progress(unsigned int bytes) const;
-  // Write a field that was left open, and stay behind it.
-  void correct(u64 field, u64 value);
 
  private:
   using stack_ptr = boost::shared_ptr<VBFStackImp>;

@@ -10,7 +10,7 @@
 #include "container/chain_source_internal.h"
 #include "container/conversion_internal.h"
 #include "container/format_internal.h"
-#include "container/record_buffer_internal.h"
+#include "container/record_output_internal.h"
 #include "file/segment_writer_internal.h"
 #include "foundation/data_type_list_internal.h"
 #include "foundation/raise_internal.h"
@@ -22,15 +22,11 @@ namespace {
 
 constexpr int best_compression = 9;
 
-int segment_level(const StackHeader& header) {
-  return header.compression_type == compression_zlib ? header.compression_level : 0;
-}
-
 void check_compression(const StackHeader& header) {
   if (header.compression_type != compression_raw && header.compression_type != compression_zlib) {
     raise(id_plain, "Invalid compression type specified!");
   }
-  const int level = segment_level(header);
+  const int level = deflate_level(header);
   if (level < 0 || level > best_compression) SegmentWriter::raise_failure(engine_unusable);
 }
 
@@ -139,19 +135,13 @@ void VBFStackImp::begin_writing(const WritePlan& plan) {
 
 void VBFStackImp::write_stack_header() {
   const StackHeader header = make_header();
-  const u64 position = checked_tell(*file_);
-  RecordBuffer buffer;
-  buffer.put(encode(header));
-  buffer.write_str(get_name(), false);
-  buffer.write_str(get_description(), false);
-  buffer.flush_to(*file_);
+  record_.stack_position = write_stack_start(*file_, header, get_name(), get_description());
   record_.header = header;
-  record_.stack_position = position;
 }
 
 void VBFStackImp::open_segment() {
   record_.data_position = checked_position(
-      segment_.init_w(*file_, segment_level(record_.header), VZippedSegment::no_limit));
+      segment_.init_w(*file_, deflate_level(record_.header), VZippedSegment::no_limit));
   record_.flush_block_size =
       choose_flush_block_size(flush_block_size_, get_size(0), get_sample_size(), get_sizes());
   if (record_.flush_block_size != 0) segment_.set_flush_block_size(record_.flush_block_size);
@@ -187,7 +177,7 @@ void VBFStackImp::write_to_segment(Work work) {
   try {
     work();
   } catch (...) {
-    if (segment_level(record_.header) > 0) segment_.end();
+    if (deflate_level(record_.header) > 0) segment_.end();
     throw;
   }
 }
@@ -250,18 +240,8 @@ void VBFStackImp::finish_samples() {
 // The footer may be written again after an error, at the same place.
 void VBFStackImp::write_footer() {
   const StackRecord record = make_record();
-  RecordBuffer sections;
-  write_sections(sections, record);
-  StackFooter footer = make_footer(record);
-  const u64 footer_position = record.data_position + record.header.data_length;
-  const u64 end = footer_position + stack_footer_size + sections.tell();
-  footer.stack_end = end;
-  checked_seek(*file_, footer_position);
-  RecordBuffer fixed_part;
-  fixed_part.put(encode(footer));
-  fixed_part.flush_to(*file_);
-  sections.flush_to(*file_);
-  file_->correct(record.stack_position + data_length_offset, record.header.data_length);
+  const u64 end = write_stack_end(*file_, record, make_footer(record));
+  correct(*file_, record.stack_position + data_length_offset, record.header.data_length);
   if (growing_) {
     const unsigned last_axis = record.header.rank - 1;
     checked_seek(*file_, record.stack_position + size_offset(last_axis));

@@ -44,17 +44,16 @@ void read_stack_footer(ChainSource& source, StackFooter& footer) {
 }
 
 void check_reader_version(const StackFooter& footer) {
-  constexpr std::uint32_t no_requirement = 0xFFFFFFFFu;
-  const std::uint32_t needed = footer.required_reader_version;
-  if (needed == no_requirement || needed <= reader_version) return;
+  if (!footer.needs_newer_reader()) return;
   raise(id_format, "Cannot read stack with file format reader version %d. Need >= %d!",
-        static_cast<int>(reader_version), static_cast<int>(needed));
+        static_cast<int>(newest_stack_version), static_cast<int>(footer.required_reader_version));
 }
 
-void read_stack(ChainSource& source, StackRecord& stack) {
+void read_stack(ChainSource& source, StackRecord& stack, u64 open_length = 0) {
   StackHeader& header = stack.header;
   stack.stack_position = source.position();
   read_stack_header(source, header);
+  if (header.data_length == 0) header.data_length = open_length;
   stack.number_of_samples = count_elements(header.sizes.data(), header.rank);
   stack.name = source.read_text(header.name_length);
   stack.description = source.read_text(header.description_length);
@@ -133,11 +132,11 @@ void read_file_start(VFileAccess& file, FileRecord& record) {
   source.seek(record.header_end);
 }
 
-void read_stack_record(VFileAccess& file, StackRecord& stack) {
+void read_stack_record(VFileAccess& file, StackRecord& stack, u64 open_length) {
   stack = StackRecord();
   ChainSource source(file);
   try {
-    read_stack(source, stack);
+    read_stack(source, stack, open_length);
   } catch (...) {
     leave_file_at_position(source);
     throw;

@@ -11,12 +11,8 @@ namespace Vrel::detail {
 
 constexpr std::size_t file_header_size = 26;
 constexpr std::size_t stack_header_size = 368;
-constexpr std::size_t stack_footer_size = 1444;
 constexpr std::size_t unit_record_size = 80;
 
-// The version of the stack format that this library writes, and the newest that it promises to
-// understand.
-constexpr std::uint32_t reader_version = 5;
 // A length field of this value is never that of a bare text.
 constexpr std::uint32_t impossible_length = 0xFFFFFFFFu;
 
@@ -24,13 +20,15 @@ constexpr std::uint32_t impossible_length = 0xFFFFFFFFu;
 constexpr std::uint32_t compression_raw = 0;
 constexpr std::uint32_t compression_zlib = 1;
 
-// Fields that are corrected after their record was written, from its start.
-constexpr u64 first_stack_offset = 14;
+// Further fields that are corrected after their record was written, from its start.
 constexpr u64 sizes_offset = 24;
 constexpr u64 size_offset(u64 axis) { return sizes_offset + 4 * axis; }
-constexpr u64 data_length_offset = 352;
-constexpr u64 next_stack_offset = 360;
 constexpr u64 stack_end_offset = 1432;
+
+// The level at which samples are compressed; 0 for raw ones.
+inline int deflate_level(const StackHeader& header) {
+  return header.compression_type == compression_zlib ? header.compression_level : 0;
+}
 
 using FileHeaderBytes = std::array<unsigned char, file_header_size>;
 using StackHeaderBytes = std::array<unsigned char, stack_header_size>;
@@ -47,9 +45,6 @@ void decode(const StackFooterBytes& bytes, StackFooter& footer);
 
 // Raises "Tag keys cannot be empty!" (-1).
 [[noreturn]] void raise_empty_tag_key();
-
-// Bytes of a dictionary in the file, its terminator included.
-u64 encoded_size(const Dictionary& dictionary);
 
 // The footer of a stack whose sections are those of the record: flags, lengths and counts are taken
 // from there, the units from the record's footer. The stack end is not known yet.

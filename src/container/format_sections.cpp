@@ -1,4 +1,6 @@
 // What has no fixed size: the sections behind a footer, dictionaries, single numbers.
+#include <vrelio/container/chain.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -86,12 +88,6 @@ u64 read_u64(ChainSource& source) {
   return get_u64(bytes);
 }
 
-u64 encoded_size(const Dictionary& dictionary) {
-  u64 size = 4;
-  for (const auto& [key, value] : dictionary) size += 8 + key.size() + value.size();
-  return size;
-}
-
 void write_dictionary(VFileAccess& file, const Dictionary& dictionary) {
   check_keys(dictionary);
   for (const auto& [key, value] : dictionary) {
@@ -159,3 +155,13 @@ void read_sections(ChainSource& source, StackRecord& stack) {
 }
 
 }  // namespace Vrel::detail
+
+namespace Vrel {
+
+u64 encoded_size(const Dictionary& dictionary) {
+  u64 size = 4;
+  for (const auto& [key, value] : dictionary) size += 8 + key.size() + value.size();
+  return size;
+}
+
+}  // namespace Vrel

@@ -1,3 +1,4 @@
+#include <vrelio/container/chain.h>
 #include <vrelio/container/record_writer.h>
 #include <vrelio/foundation/data_type.h>
 
@@ -7,6 +8,7 @@
 #include "container/flush_plan_internal.h"
 #include "container/format_internal.h"
 #include "container/record_buffer_internal.h"
+#include "container/record_output_internal.h"
 #include "foundation/raise_internal.h"
 #include "stack/element_count_internal.h"
 
@@ -62,27 +64,13 @@ StackFooter complete_footer(const StackRecord& stack) {
   return footer;
 }
 
-int segment_level(const StackHeader& header) {
-  return header.compression_type == compression_zlib ? header.compression_level : 0;
-}
-
 }  // namespace
 
 RecordWriter::RecordWriter(VFile& file, const FileRecord& record)
-    : file_(file),
-      format_version_(record.header.format_version),
-      link_position_(checked_tell(file) + first_stack_offset) {
-  FileHeader header;
-  header.format_version = format_version_;
-  header.description_length = length_field(record.description);
-  RecordBuffer buffer;
-  buffer.put(encode(header));
-  buffer.write_str(record.description, false);
-  if (format_version_ > 1) {
-    dictionary_field_ = checked_tell(file) + buffer.tell();
-    write_u64(buffer, 0);
-  }
-  buffer.flush_to(file);
+    : file_(file), format_version_(record.header.format_version) {
+  const FileFields fields = write_file_start(file, format_version_, record.description, 0);
+  link_position_ = fields.link;
+  dictionary_field_ = fields.dictionary;
 }
 
 void RecordWriter::begin_stack(StackRecord stack, Samples form) {
@@ -102,16 +90,11 @@ void RecordWriter::write_header() {
   header.description_length = length_field(stack_.description);
   header.data_length = 0;
   header.next_stack = 0;
-  RecordBuffer buffer;
-  buffer.put(encode(header));
-  buffer.write_str(stack_.name, false);
-  buffer.write_str(stack_.description, false);
-  stack_.stack_position = checked_tell(file_);
-  buffer.flush_to(file_);
+  stack_.stack_position = write_stack_start(file_, header, stack_.name, stack_.description);
 }
 
 void RecordWriter::open_segment() {
-  const int level = form_ == Samples::plain ? segment_level(stack_.header) : 0;
+  const int level = form_ == Samples::plain ? deflate_level(stack_.header) : 0;
   stack_.data_position = checked_position(segment_.init_w(file_, level, VZippedSegment::no_limit));
   if (form_ == Samples::stored) return;
   stack_.flush_positions.clear();
@@ -135,7 +118,7 @@ void RecordWriter::write(const void* bytes, unsigned size) {
 void RecordWriter::commit_stack() {
   close_segment();
   write_footer();
-  correct(link_position_, stack_.stack_position);
+  correct_and_return(link_position_, stack_.stack_position);
   link_position_ = stack_.stack_position + next_stack_offset;
   stack_ = StackRecord();
 }
@@ -158,25 +141,17 @@ void RecordWriter::close_segment() {
 }
 
 void RecordWriter::write_footer() {
-  const u64 footer_position = stack_.data_position + stack_.header.data_length;
-  checked_seek(file_, footer_position);
   if (stack_.header.format_version != 0) {
-    RecordBuffer sections;
-    write_sections(sections, stack_);
-    StackFooter footer = complete_footer(stack_);
-    footer.stack_end = footer_position + stack_footer_size + sections.tell();
-    RecordBuffer fixed_part;
-    fixed_part.put(encode(footer));
-    fixed_part.flush_to(file_);
-    sections.flush_to(file_);
+    write_stack_end(file_, stack_, complete_footer(stack_));
+  } else {
+    checked_seek(file_, stack_.data_position + stack_.header.data_length);
   }
-  correct(stack_.stack_position + data_length_offset, stack_.header.data_length);
+  correct_and_return(stack_.stack_position + data_length_offset, stack_.header.data_length);
 }
 
-void RecordWriter::correct(u64 field, u64 value) {
+void RecordWriter::correct_and_return(u64 field, u64 value) {
   const u64 here = checked_tell(file_);
-  checked_seek(file_, field);
-  write_u64(file_, value);
+  correct(file_, field, value);
   checked_seek(file_, here);
 }
 
@@ -186,7 +161,7 @@ void RecordWriter::finish(const Dictionary& dictionary) {
   RecordBuffer buffer;
   write_dictionary(buffer, dictionary);
   buffer.flush_to(file_);
-  correct(dictionary_field_, position);
+  correct_and_return(dictionary_field_, position);
 }
 
 }  // namespace Vrel

@@ -22,9 +22,7 @@ unsigned checked_sample_size(int data_type) {
 
 // Level 0 is raw whatever the type says; to inflating, all other levels are one, also those that no
 // deflate knows.
-int segment_level(const StackHeader& header) {
-  return header.compression_type == compression_zlib && header.compression_level != 0 ? 1 : 0;
-}
+int segment_level(const StackHeader& header) { return deflate_level(header) != 0 ? 1 : 0; }
 
 // A segment counts its limit in 32 bits; the stored size bounds what is larger.
 unsigned segment_limit(u64 size) {

@@ -1,5 +1,6 @@
 #include "container/stack_metadata_internal.h"
 
+#include <vrelio/container/stack_metadata.h>
 #include <vrelio/prop/prop.h>
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_xml.h>
@@ -73,15 +74,21 @@ std::string export_metadata(const VStackPosition& position) {
 std::optional<VStackPosition> import_metadata(const std::string& text, std::uint32_t format_version,
                                               unsigned rank) {
   std::optional<VStackPosition> position;
-  if (text.empty()) return position;
-  add_words(
-      [&] {
-        VProp tree;
-        vrel_import_xml(text, tree, vrel_xml_any);
-        if (format_version >= first_version_with_position) position = read_position(tree, rank);
-      },
-      raise_invalid);
+  add_words([&] { position = read_stack_metadata(text, format_version, rank); }, raise_invalid);
   return position;
 }
 
 }  // namespace Vrel::detail
+
+namespace Vrel {
+
+std::optional<VStackPosition> read_stack_metadata(const std::string& text,
+                                                  std::uint32_t format_version, unsigned rank) {
+  if (text.empty()) return std::nullopt;
+  VProp tree;
+  vrel_import_xml(text, tree, vrel_xml_any);
+  if (format_version < detail::first_version_with_position) return std::nullopt;
+  return detail::read_position(tree, rank);
+}
+
+}  // namespace Vrel

@@ -12,8 +12,7 @@ namespace Vrel::detail {
 // The text of a position. Raises "Invalid meta information! Could not export to xml.\n%s" (-1).
 std::string export_metadata(const VStackPosition& position);
 
-// The position that the text of a stack of this format version and rank holds; none where there is no text.
-// Below version 3 there is none either, and the text only has to be readable.
+// As `read_stack_metadata`, for opening a file.
 // Raises "Invalid metadata found!\n%s" (-1).
 std::optional<VStackPosition> import_metadata(const std::string& text, std::uint32_t format_version,
                                               unsigned rank);

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <vrelio/container/chain.h>
 
 #include <cstring>
 #include <string>
@@ -16,8 +17,13 @@
 namespace {
 
 using namespace Vrel::detail;
+using Vrel::data_length_offset;
 using Vrel::Dictionary;
+using Vrel::encoded_size;
 using Vrel::FileHeader;
+using Vrel::first_stack_offset;
+using Vrel::next_stack_offset;
+using Vrel::stack_footer_size;
 using Vrel::StackFooter;
 using Vrel::StackHeader;
 using Vrel::testing::golden;

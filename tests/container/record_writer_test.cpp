@@ -259,6 +259,41 @@ TEST(ReadStackRecordTest, AfterAnErrorWhatCameBeforeIsThere) {
   EXPECT_EQ(stack.data_position, 0u);
 }
 
+TEST(ReadStackRecordTest, ALengthThatItsWriterCouldNotWriteIsTakenFromTheCaller) {
+  std::string bytes = golden("raw");
+  const StackRecord whole = read_record(bytes).stacks.at(0);
+  const std::size_t field = whole.stack_position + Vrel::data_length_offset;
+  bytes.replace(field, 8, 8, '\0');
+  MemoryFile file(bytes);
+  StackRecord stack;
+  file.seek(whole.stack_position);
+  read_stack_record(file, stack, whole.header.data_length);
+  EXPECT_EQ(stack.header.data_length, whole.header.data_length);
+  EXPECT_EQ(stack.tags, whole.tags);
+  EXPECT_EQ(file.tell(), whole.stack_end);
+  file.seek(whole.stack_position);
+  EXPECT_THROW(read_stack_record(file, stack), VrelError);
+}
+
+TEST(ReadStackRecordTest, ALengthThatWasWrittenIsNotOverridden) {
+  const std::string bytes = golden("raw");
+  const StackRecord whole = read_record(bytes).stacks.at(0);
+  MemoryFile file(bytes);
+  StackRecord stack;
+  file.seek(whole.stack_position);
+  read_stack_record(file, stack, 1);
+  EXPECT_EQ(stack.header.data_length, whole.header.data_length);
+}
+
+TEST(RequiredReaderTest, OnlyAVersionAboveOursKeepsUsFromReading) {
+  Vrel::StackFooter footer;
+  EXPECT_FALSE(footer.needs_newer_reader());
+  footer.required_reader_version = Vrel::newest_stack_version;
+  EXPECT_FALSE(footer.needs_newer_reader());
+  footer.required_reader_version = Vrel::newest_stack_version + 1;
+  EXPECT_TRUE(footer.needs_newer_reader());
+}
+
 TEST(ReadFileStartTest, HeaderAndDictionaryAreReadWithoutTheStacks) {
   std::string bytes = golden("raw");
   bytes[read_record(bytes).stacks.at(0).stack_position] = 'x';

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <vrelio/container/bf_file.h>
+#include <vrelio/container/stack_metadata.h>
 
 #include <string>
 #include <vector>
@@ -40,6 +41,13 @@ TEST(StackMetadataTest, FromVersionThreeOnAPositionHasToFitTheStack) {
   ASSERT_TRUE(position);
   EXPECT_EQ(position->offset[2], 4.5);
   EXPECT_VREL_ERROR(import_metadata(metadata_of_rank(2), 3, 1), misfit, -1);
+}
+
+TEST(StackMetadataTest, OutsideAFileTheErrorIsThatOfTheText) {
+  EXPECT_EQ(Vrel::read_stack_metadata(metadata_of_rank(2), 5, 2)->offset[2], 4.5);
+  EXPECT_FALSE(Vrel::read_stack_metadata("", 5, 2));
+  EXPECT_VREL_ERROR(Vrel::read_stack_metadata(metadata_of_rank(2), 5, 3),
+                    "Invalid global stack position!", -1);
 }
 
 StackToWrite stack_of_rank(unsigned rank, const std::string& metadata) {

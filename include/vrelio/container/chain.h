@@ -43,7 +43,11 @@ VRELIO_EXPORT void read_file_start(VFileAccess& file, FileRecord& record);
 ///               reading stopped.
 /// \param stack  is filled while reading. After an error it holds what came before; its `data_position`
 ///               is 0 unless header, name and description were read.
+/// \param open_length  stands for the data length of a header whose writer had no time to write it.
 /// \throws as `read_chain`, of the messages about stacks.
-VRELIO_EXPORT void read_stack_record(VFileAccess& file, StackRecord& stack);
+VRELIO_EXPORT void read_stack_record(VFileAccess& file, StackRecord& stack, u64 open_length = 0);
+
+/// Bytes that a file's dictionary or the tags of a stack take in the file, the terminator included.
+VRELIO_EXPORT u64 encoded_size(const Dictionary& dictionary);
 
 }  // namespace Vrel

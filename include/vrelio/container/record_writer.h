@@ -67,11 +67,11 @@ class VRELIO_EXPORT RecordWriter {
   void open_segment();
   void close_segment();
   void write_footer();
-  void correct(u64 field, u64 value);
+  void correct_and_return(u64 field, u64 value);
 
   VFile& file_;
   std::uint32_t format_version_;
-  u64 link_position_;
+  u64 link_position_ = 0;
   u64 dictionary_field_ = 0;
   StackRecord stack_;
   Samples form_ = Samples::stored;

@@ -14,6 +14,20 @@ namespace Vrel {
 /// Most dimensions that a stack of a file can have.
 constexpr unsigned max_rank = 15;
 
+/// The newest format version of a file, which this library writes.
+constexpr std::uint32_t newest_file_version = 2;
+/// The format version of stacks that this library writes, and the newest that it promises to understand.
+constexpr std::uint32_t newest_stack_version = 5;
+/// Bytes of the fixed footer of a stack, as this library writes it.
+constexpr std::uint32_t stack_footer_size = 1444;
+
+/// Fields that get their value after the header around them was written: bytes from its start.
+/// @{
+constexpr u64 first_stack_offset = 14;   ///< in a file's header
+constexpr u64 data_length_offset = 352;  ///< in a stack's header
+constexpr u64 next_stack_offset = 360;   ///< in a stack's header
+/// @}
+
 /// Keys and values of any bytes, in ascending byte order of the key.
 using Dictionary = std::map<std::string, std::string>;
 
@@ -34,14 +48,15 @@ struct UnitRecord {
 
 /// The fixed part of a file's header.
 struct FileHeader {
-  std::uint32_t format_version = 2;      ///< 1 has no dictionary; this library writes 2
+  std::uint32_t format_version =
+      newest_file_version;               ///< 1 has no dictionary; this library writes 2
   u64 first_stack = 0;                   ///< position of the first stack; 0 for none
   std::uint32_t description_length = 0;  ///< in bytes
 };
 
 /// The fixed part of a stack's header. Of the arrays the first `rank` entries have a meaning.
 struct StackHeader {
-  std::uint32_t format_version = 5;             ///< 0 has no footer; this library writes 5
+  std::uint32_t format_version = newest_stack_version;  ///< 0 has no footer; this library writes 5
   std::uint32_t rank = 0;                       ///< number of dimensions, at most `max_rank`
   std::array<std::uint32_t, max_rank> sizes{};  ///< samples along each dimension, the fastest first
   std::array<double, max_rank> lengths{};       ///< physical length of each dimension, in its unit
@@ -60,7 +75,7 @@ struct StackHeader {
 /// The fixed part of a stack's footer. What a shorter footer does not reach has the values given
 /// here.
 struct StackFooter {
-  std::uint32_t footer_size = 1444;  ///< bytes of the fixed footer in the file
+  std::uint32_t footer_size = stack_footer_size;  ///< bytes of the fixed footer in the file
   std::array<std::uint32_t, max_rank> has_column_positions{};  ///< not 0 where stored
   std::array<std::uint32_t, max_rank> has_column_labels{};     ///< not 0 where stored
   std::uint32_t metadata_length = 0;                           ///< in bytes
@@ -72,6 +87,13 @@ struct StackFooter {
   u64 stack_end = 0;         ///< 0 where it is not known
   /// All ones: no requirement; this library writes 0.
   std::uint32_t required_reader_version = 0xFFFFFFFFu;
+
+  /// Whether only a newer reader than this library can take the stack.
+  bool needs_newer_reader() const {
+    constexpr std::uint32_t no_requirement = 0xFFFFFFFFu;
+    return required_reader_version != no_requirement &&
+           required_reader_version > newest_stack_version;
+  }
 };
 
 /// One stack with all that stands around its samples, and where in the file things stand.

@@ -10,8 +10,6 @@ namespace Vrel::tool {
 namespace {
 
 constexpr u64 end_of_file = ~u64{0};
-constexpr u64 first_stack_offset = 14;
-constexpr u64 next_stack_offset = 360;
 
 }  // namespace
 

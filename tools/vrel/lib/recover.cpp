@@ -4,7 +4,6 @@
 #include <vrelio/foundation/data_type.h>
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -21,45 +20,8 @@ namespace Vrel::tool {
 
 namespace {
 
-constexpr u64 data_length_offset = 352;
-
-// A file in which 8 bytes are others, for a header that its writer had no time to correct.
-class CorrectedFile : public VFileAccess {
- public:
-  CorrectedFile(VFile& file, u64 position, u64 value) : file_(file), position_(position) {
-    for (int i = 0; i < 8; ++i) bytes_[i] = static_cast<unsigned char>(value >> (8 * i));
-  }
-  virtual ~CorrectedFile() = default;
-
-  u64 tell() const override { return file_.tell(); }
-  u64 seek(u64 position) override { return file_.seek(position); }
-  void write(const void* buffer, unsigned size) override { file_.write(buffer, size); }
-  void read(void* buffer, unsigned size) override {
-    const u64 begin = file_.tell();
-    file_.read(buffer, size);
-    const u64 from = std::max(begin, position_);
-    const u64 to = std::min(begin + size, position_ + sizeof bytes_);
-    if (from >= to) return;
-    std::memcpy(static_cast<char*>(buffer) + (from - begin), bytes_ + (from - position_),
-                to - from);
-  }
-
- private:
-  VFile& file_;
-  u64 position_;
-  unsigned char bytes_[8];
-};
-
 std::string of_samples(u64 found, u64 expected) {
   return std::to_string(found) + " of " + std::to_string(expected) + " samples";
-}
-
-// What it is nobody here can tell, though nothing is wrong with it.
-bool needs_newer_reader(const StackRecord& stack) {
-  constexpr std::uint32_t newest_reader = 5;
-  constexpr std::uint32_t no_requirement = 0xFFFFFFFF;
-  const std::uint32_t needed = stack.footer.required_reader_version;
-  return needed != no_requirement && needed > newest_reader;
 }
 
 class Recovery {
@@ -154,7 +116,7 @@ void Recovery::save_linked(const WalkedStack& stack) {
     return tell_missing(which + ", at byte " + std::to_string(stack.record.stack_position) + ": " +
                         stack.error->get_msg());
   }
-  if (needs_newer_reader(stack.record)) {
+  if (stack.record.footer.needs_newer_reader()) {
     return tell_missing(which + ' ' + quote(stack.record.name) + ": " + stack.error->get_msg());
   }
   if (stack.error) {
@@ -217,16 +179,15 @@ bool Recovery::save_uncorrected(const StackRecord& stack, u64 limit, const std::
     left -= size;
   }
   if (expected == 0 || !remains.is_stream_whole()) return false;
-  CorrectedFile corrected(file_, stack.stack_position + data_length_offset, remains.stored_size());
   StackRecord whole;
-  corrected.seek(stack.stack_position);
+  file_.seek(stack.stack_position);
   try {
-    read_stack_record(corrected, whole);
+    read_stack_record(file_, whole, remains.stored_size());
   } catch (const VrelError& error) {
     if (error.get_oserr_id() > 0) throw;
     return false;
   }
-  if (whole.footer.stack_end != corrected.tell() || corrected.tell() > limit) return false;
+  if (whole.footer.stack_end != file_.tell() || file_.tell() > limit) return false;
   save_whole(whole, which + ", that was not committed");
   return true;
 }

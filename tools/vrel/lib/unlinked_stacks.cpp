@@ -14,13 +14,12 @@ namespace {
 
 constexpr std::string_view magic("VREL_BF_STACK\n\xFF\xFF", 16);
 constexpr u64 window_size = 256u << 10;
-constexpr std::uint32_t newest_version = 5;
 
 // Fields of which a reader believes anything, but a writer puts down only this.
 bool is_plausible(const StackRecord& stack, u64 limit) {
   const StackHeader& header = stack.header;
   return stack.data_position != 0 && stack.data_position <= limit &&
-         header.format_version <= newest_version && vrel_dt_get_size(header.data_type) != 0 &&
+         header.format_version <= newest_stack_version && vrel_dt_get_size(header.data_type) != 0 &&
          header.compression_type <= 1 && header.has_data <= 1 && header.reserved == 0;
 }
 

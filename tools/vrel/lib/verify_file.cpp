@@ -15,15 +15,6 @@ namespace {
 
 constexpr u64 format_version_offset = 10;
 constexpr u64 description_length_offset = 22;
-constexpr std::uint32_t newest_file_version = 2;
-constexpr std::uint32_t newest_stack_version = 5;
-constexpr u64 fixed_footer_size = 1444;
-
-u64 encoded_size(const Dictionary& dictionary) {
-  u64 size = 4;
-  for (const auto& [key, value] : dictionary) size += 8 + key.size() + value.size();
-  return size;
-}
 
 class FileCheck {
  public:
@@ -142,7 +133,7 @@ u64 FileCheck::place_of_error(const WalkedStack& stack) {
   if (!stack.has_header()) return stack.record.stack_position;
   const u64 footer = stack.data_end();
   if (footer < stack.record.data_position) return stack.record.data_position;
-  const bool is_in_sections = stack.end > footer && stack.end - footer > fixed_footer_size;
+  const bool is_in_sections = stack.end > footer && stack.end - footer > stack_footer_size;
   return is_in_sections ? stack.end : footer;
 }
 
