@@ -168,8 +168,7 @@ TEST(RemoteFileTest, AnIndexBehindTheLastStackFails) {
 TEST(RemoteFileTest, OpeningFailsAsTheFileDoes) {
   const TemporaryFile target;
   EXPECT_VREL_ERROR(File(target.path(), File::mode_read), "Could not open file!", -1);
-  EXPECT_VREL_ERROR(File(target.path(), static_cast<File::Mode>(3)),
-                    "Invalid file mode when opening file.", -1);
+  EXPECT_VREL_ERROR(File(target.path(), static_cast<File::Mode>(3)), "Invalid opening mode!", -15);
   EXPECT_FALSE(target.exists());
 }
 
