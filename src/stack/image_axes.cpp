@@ -114,7 +114,9 @@ offset_setter find_offset_setter(const OmeImage& image, unsigned int axis) {
 char get_axis_letter(const OmeImage& image, unsigned int axis) {
   const Json::Value& order = image.DimensionOrder.value();
   if (order.is_null() || axis >= image_rank) return 0;
-  return order.get<std::string>()[axis];
+  // Assigning a whole element does not ask the rules of its fields.
+  const std::string& letters = order.get<std::string>();
+  return axis < letters.size() ? letters[axis] : '\0';
 }
 
 void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes) {

@@ -354,6 +354,23 @@ TEST(StackInfoTest, PlanesInTimeAreSpreadAroundTheOffset) {
   EXPECT_EQ(value_of<std::string>(planes[0]->DeltaTUnit.value()), "s");
 }
 
+// Writes past the fields, as a whole element that is assigned does.
+void set_in_pixels(Info& info, const std::string& key, const Json::Value& value) {
+  Json::Value pixels = info.meta_data().Pixels.value();
+  pixels[key] = value;
+  info.meta_data().Pixels = pixels;
+}
+
+TEST(StackInfoTest, AnOrderThatEndsBeforeAnAxisHasNoLetterForIt) {
+  Info info = info_of({1, 1, 1, 2});
+  set_in_pixels(info, "DimensionOrder", Json::Value("XY"));
+  EXPECT_STANDARD_ERROR(info.set_len(3, 5), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_STANDARD_ERROR(info.set_off(3, 5), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_TRUE(info.meta_data().TimeIncrement.value().is_null());
+}
+
 TEST(StackInfoTest, PlanesHaveNoTimeWithoutAnIncrement) {
   Info info = info_with_planes({1, 1, 1, 2}, 1);
   info.meta_data().Plane[0]->DeltaT = Json::Value(5.0);
