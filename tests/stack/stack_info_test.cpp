@@ -608,6 +608,16 @@ TEST(StackInfoTest, AStackOfFiveAxesCanBeTakenOver) {
   EXPECT_EQ(info.get_length(0), -7);
 }
 
+TEST(StackInfoTest, PlanesWithoutIndicesDoNotBarTakingOver) {
+  Info source = info_of({2, 2, 2});
+  source.set_off(2, 7);
+  Info info = info_of({2, 2, 2});
+  info.meta_data().Plane.append();
+  info.set_info(&source);
+  EXPECT_EQ(info.get_offset(2), 7);
+  EXPECT_TRUE(info.meta_data().Plane[0]->PositionZ.value().is_null());
+}
+
 TEST(StackInfoTest, APositionIsTakenOverByAStackOfTheSameRankOnly) {
   Info source(1);
   VStackPosition position;
