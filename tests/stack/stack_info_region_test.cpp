@@ -116,6 +116,19 @@ TEST(StackInfoRegionTest, LabelsOfPixelsKeepTheirPlaces) {
             (Texts{"b", "c"}));
 }
 
+TEST(StackInfoRegionTest, OfLabelsAndPositionsThatNoLongerFitThoseThatThereAreAreShown) {
+  VStackInfoImp source = info_of({2});
+  source.set_col_labels(0, {"a", "b"});
+  source.set_col_positions(0, {1, 2});
+  source.create(Sizes{500}, 4);
+  const VStackInfoImp part = part_of(source, region_of({0}, {400}, {0}));
+  Texts labels(400);
+  labels[0] = "a";
+  labels[1] = "b";
+  EXPECT_EQ(part.get_col_labels(0), labels);
+  EXPECT_EQ(part.get_col_positions(0), Numbers(400));
+}
+
 TEST(StackInfoRegionTest, WhatTheResultHadBeforeDoesNotStay) {
   VStackInfoImp result = info_of({2});
   result.set_col_positions(0, {5, 6});
@@ -220,6 +233,21 @@ TEST(StackInfoRegionTest, ATypeWithoutPixelTypeIsRefused) {
                         "Unsupported data type");
   EXPECT_EQ(info.get_dt(), 0x2000);
   EXPECT_EQ(info.get_sizes(), Sizes{1});
+}
+
+// A description of another kind, whose position is what somebody made of it.
+class Misplaced : public VStackInfoImp {
+ public:
+  using VStackInfoImp::VStackInfoImp;
+  VStackPosition get_stack_position() const override { return VStackPosition(); }
+};
+
+TEST(StackInfoRegionTest, APositionThatDoesNotFitItsStackIsRefused) {
+  const Misplaced source(Ome::type_uint16, {2}, Ome::order_XYZTC);
+  VStackInfoImp info(0);
+  EXPECT_VREL_ERROR(info.create(&source, region_of({0}, {1}, {0})),
+                    "Invalid global stack position!", -1);
+  EXPECT_EQ(info.get_rank(), 0U);
 }
 
 TEST(StackInfoRegionTest, AnInvalidRegionIsRefused) {
