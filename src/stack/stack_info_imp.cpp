@@ -246,7 +246,7 @@ void VStackInfoImp::take_length(unsigned int axis, double length) {
 
 void VStackInfoImp::take_offset(unsigned int axis, double offset) {
   store_offset(axis, offset);
-  if (has_image_offset(meta_data_, axis)) set_image_offset(meta_data_, axis, offset);
+  is_accepted([&] { set_image_offset(meta_data_, axis, offset); });
 }
 
 void VStackInfoImp::set_labels(const std::vector<std::string>& labels) {

@@ -164,6 +164,22 @@ TEST(BFFileTest, ImagesOfTheDocumentStandInTheMetadata) {
   EXPECT_THAT(text, testing::Not(HasSubstr("ome:Description")));
 }
 
+TEST(BFFileTest, ADocumentThatIsNoXmlIsRefusedAtClosingUntilItIsOne) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  add_probe(file, "probe");
+  file->meta_data().OME = Json::Object{{"Creator", Json::Array()}};
+  EXPECT_STANDARD_ERROR(file->close(), std::invalid_argument, "No xml attribute");
+  EXPECT_TRUE(file->is_open());
+  const FileRecord before = read_record(target.content());
+  EXPECT_THAT(before.stacks, SizeIs(1));
+  EXPECT_FALSE(before.has_dictionary);
+  file->set_creator("tests");
+  file->close();
+  EXPECT_THAT(read_record(target.content()).dictionary.at("ome_xml"),
+              HasSubstr("<ome:OME Creator=\"tests\""));
+}
+
 TEST(BFFileTest, AClosedFileIsLikeANewOne) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);
