@@ -10,10 +10,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
+
+#include "support/source_tree.h"
 
 namespace {
 
@@ -21,9 +22,7 @@ namespace fs = std::filesystem;
 using stack_ptr = boost::shared_ptr<VBFStackInterface>;
 
 std::vector<fs::path> files_of(const std::string& kind) {
-  const char* const folder = std::getenv("VRELIO_TEST_DATA");
-  const std::string data = folder != nullptr ? folder : VRELIO_SOURCE_DIR "/../shared/data";
-  const fs::path path = fs::path(data) / "vbf" / kind;
+  const fs::path path = fs::path(Vrel::testing::sample_data_folder()) / "vbf" / kind;
   std::vector<fs::path> files;
   if (!fs::exists(path)) return files;
   for (const auto& entry : fs::directory_iterator(path)) {

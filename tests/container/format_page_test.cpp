@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/memory_file.h"
+#include "support/source_tree.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ std::string bytes_of_line(const std::string& line) {
 }
 
 std::string worked_example() {
-  std::ifstream page(VRELIO_SOURCE_DIR "/docs/format.md");
+  std::ifstream page(Vrel::testing::source_path("docs/format.md"));
   std::string bytes;
   bool inside = false;
   for (std::string line; std::getline(page, line);) {

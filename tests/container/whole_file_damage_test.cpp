@@ -7,7 +7,6 @@
 #include <vrelio/foundation/error.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -16,6 +15,7 @@
 
 #include "support/attached_file.h"
 #include "support/golden.h"
+#include "support/source_tree.h"
 
 namespace {
 
@@ -113,9 +113,8 @@ INSTANTIATE_TEST_SUITE_P(Files, GoldenDamageTest, testing::Values("zipped", "sta
 class SampleDataDamageTest : public testing::TestWithParam<const char*> {
  protected:
   void SetUp() override {
-    const char* const folder = std::getenv("VRELIO_TEST_DATA");
-    const std::string data = folder != nullptr ? folder : VRELIO_SOURCE_DIR "/../shared/data";
-    const std::string path = data + "/vbf/good/" + GetParam() + ".vbf";
+    const std::string path =
+        Vrel::testing::sample_data_folder() + "/vbf/good/" + GetParam() + ".vbf";
     if (!std::filesystem::exists(path)) GTEST_SKIP() << "no sample data at " << path;
     std::ifstream file(path, std::ios::binary);
     bytes_.assign(std::istreambuf_iterator<char>(file), {});

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "support/expect_error.h"
+#include "support/source_tree.h"
 
 namespace {
 
@@ -38,7 +39,7 @@ const std::string no_text = no_xml("Text does not exists in the current element"
 
 // The example of the page.
 std::string example() {
-  std::ifstream page(VRELIO_SOURCE_DIR "/docs/property_xml.md");
+  std::ifstream page(Vrel::testing::source_path("docs/property_xml.md"));
   const std::string text((std::istreambuf_iterator<char>(page)), std::istreambuf_iterator<char>());
   const std::string fence = "```xml\n";
   const std::size_t begin = text.find(fence) + fence.size();

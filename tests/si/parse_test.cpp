@@ -15,6 +15,7 @@
 #include "si/comma_locale.h"
 #include "si/plain_parser.h"
 #include "si/print_values.h"
+#include "support/source_tree.h"
 
 namespace {
 
@@ -302,7 +303,7 @@ TEST(ParseTest, NoLocaleChangesWhatIsRead) {
 
 // make_expected_units.py writes the file, from the answers of another program.
 TEST(ParseTest, AnotherProgramReadsTheSameValues) {
-  std::ifstream file(VRELIO_SOURCE_DIR "/tests/si/expected_units.txt");
+  std::ifstream file(Vrel::testing::source_path("tests/si/expected_units.txt"));
   int lines = 0;
   for (std::string text; std::getline(file, text, '\t'); ++lines) {
     double magnitude = 0.0;

@@ -6,13 +6,13 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "support/source_tree.h"
+
 namespace Vrel::testing {
 
 namespace {
 
-std::filesystem::path folder() {
-  return std::filesystem::path(VRELIO_SOURCE_DIR) / "tests" / "golden";
-}
+std::filesystem::path folder() { return source_path("tests/golden"); }
 
 }  // namespace
 
