@@ -4,7 +4,7 @@ set -eu
 compiler=$1 pkg_config=$2 prefix=$3 libdir=$4 source=$5 output=$6
 PKG_CONFIG_PATH="$prefix/$libdir/pkgconfig"
 export PKG_CONFIG_PATH
-# The options are words for the compiler, so they are split here on purpose.
-"$compiler" -std=c++17 $("$pkg_config" --cflags vrelio) "$source" -o "$output" $("$pkg_config" --libs vrelio) \
-  "-Wl,-rpath,$prefix/$libdir"
+# The options are words for a shell, with a backslash in front of each blank of the prefix.
+eval "set -- $("$pkg_config" --cflags --libs vrelio)"
+"$compiler" -std=c++17 "$source" -o "$output" "$@" "-Wl,-rpath,$prefix/$libdir"
 "$output"

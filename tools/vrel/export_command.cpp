@@ -202,13 +202,14 @@ void add_export_command(CLI::App& app, Command& chosen) {
   add_selection(*verb, *options);
   verb->add_option("--type", options->type,
                    "Type to convert the samples to, such as uint8, int16, single or cplx_double")
-      ->type_name("NAME")
+      ->type_name("TYPE")
       ->check(check_type);
   verb->add_option(
           "--output", options->output,
           "File that ends in .npy (slowest axis first), .raw, .tif or .tiff (OME-TIFF) or .png "
           "(gray, scaled to what the picture holds; the maximum over all axes but two); - for "
           "standard output, raw")
+      ->type_name("FILE")
       ->required()
       ->check(check_output_name);
   add_number(*verb, "--compress", options->compression,

@@ -155,7 +155,7 @@ void add_layout(CLI::App& verb, Options& options) {
           ->type_name("SIZES");
   verb.add_option_function<std::string>(
           "--type", type, "Element type of raw samples: uint16, single, cplx_single, ..")
-      ->type_name("NAME")
+      ->type_name("TYPE")
       ->needs(sizes_option);
 }
 
@@ -168,7 +168,7 @@ void add_storage(CLI::App& verb, StackStorage& storage) {
                   "Bytes of samples between two points at which reading can start, for instance "
                   "256KiB; 0 for none")
       ->check(refuse_sign)
-      ->transform(CLI::AsSizeValue(false))
+      ->transform(size_in_bytes())
       ->type_name("SIZE");
 }
 
@@ -198,6 +198,7 @@ void add_import_command(CLI::App& app, Command& chosen) {
   verb->add_option("INPUT", options->inputs, "Files; - for standard input, raw or .npy")
       ->required();
   verb->add_option("--output", options->output, "VBF file to write")
+      ->type_name("FILE")
       ->required()
       ->check(refuse_standard_output);
   add_layout(*verb, *options);

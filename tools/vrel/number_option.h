@@ -32,4 +32,7 @@ inline std::string refuse_sign(const std::string& text) {
   return text.find('-') == std::string::npos ? "" : "'" + text + "' is no size";
 }
 
+/// What makes bytes of a size such as 512MiB; the help need not list the units.
+inline CLI::Validator size_in_bytes() { return CLI::AsSizeValue(false).description(""); }
+
 }  // namespace Vrel::tool

@@ -68,7 +68,8 @@ void add_props_command(CLI::App& app, Command& chosen) {
           ->type_name("PATH");
   CLI::Option* const output =
       verb->add_option("--output", options->output,
-                       "File for the tree as XML, in the form of the input; - for standard output");
+                       "File for the tree as XML, in the form of the input; - for standard output")
+          ->type_name("FILE");
   verb->add_option("--set", options->set,
                    "Set a value, which keeps its kind; may be given more than once")
       ->type_name("PATH=VALUE")

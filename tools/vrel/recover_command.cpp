@@ -45,7 +45,7 @@ void add_recover_command(CLI::App& app, Command& chosen) {
   CLI::App* const verb =
       app.add_subcommand("recover", "Save what a killed writer or a damaged file has left");
   verb->add_option("FILE", options->file, "VBF file")->required();
-  verb->add_option("--output", options->output, "The new VBF file")->required();
+  verb->add_option("--output", options->output, "The new VBF file")->type_name("FILE")->required();
   verb->add_flag("--force", options->force, "Replace a file that exists");
   verb->footer(
       "Each stack that was saved is told on standard output, and on standard error what the file\n"

@@ -56,7 +56,7 @@ void add_repack_command(CLI::App& app, Command& chosen) {
   CLI::App* const verb =
       app.add_subcommand("repack", "Write a file anew, recompressed or without dead bytes");
   verb->add_option("FILE", options->file, "VBF file")->required();
-  verb->add_option("--output", options->output, "The new VBF file")->required();
+  verb->add_option("--output", options->output, "The new VBF file")->type_name("FILE")->required();
   add_number(*verb, "--compress", options->level,
              "zlib level of all samples, 1 to 9, or 0 for raw; as they are if not given")
       ->check(check_level);
