@@ -8,12 +8,15 @@
 #include <type_traits>
 
 #include "foundation/scoped_codeset.h"
+#include "foundation/scoped_digit_groups.h"
+#include "support/expect_error.h"
 
 namespace {
 
 constexpr VPropstring::encoding no_encoding = static_cast<VPropstring::encoding>(3);
 
 using Vrel::testing::ScopedCodeset;
+using Vrel::testing::ScopedDigitGroups;
 
 VPropstring utf8(const std::string& text) { return {text, VPropstring::encoding_utf8}; }
 
@@ -173,6 +176,12 @@ TEST(VPropstringTest, AnUnknownEncodingIsNamedAndChangesNothing) {
   expect_refused([&] { VPropstring().to(no_encoding); });
   expect_refused([&] { text.size_in(no_encoding); });
   EXPECT_EQ(std::wstring(L"before"), text);
+}
+
+TEST(VPropstringTest, TheNumberOfAnUnknownEncodingIsThatOfNoLocale) {
+  const ScopedDigitGroups groups;
+  EXPECT_STANDARD_ERROR(VPropstring().to(static_cast<VPropstring::encoding>(1234)),
+                        std::runtime_error, "Unknown encoding '1234' found");
 }
 
 TEST(VPropstringTest, FromGivesItselfBack) {
