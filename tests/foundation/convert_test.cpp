@@ -293,6 +293,18 @@ TEST(ConvertTest, TheSecondIdOfUint32IsASourceForEveryType) {
   }
 }
 
+TEST(ConvertTest, WithoutElementsAnyOtherPairThatExistsSucceedsToo) {
+  Buffer destination(64);
+  EXPECT_EQ(vrel_dt_convert(1024, 1024, nullptr, destination.data(), 0, nullptr, nullptr), 0);
+  EXPECT_EQ(vrel_dt_convert(2048, 64, nullptr, destination.data(), 0, nullptr, nullptr), 0);
+  for (const int from : real_ids)
+    for (const int to : real_ids)
+      EXPECT_EQ(vrel_dt_convert(from | complex_flag, to | complex_flag, nullptr, destination.data(),
+                                0, nullptr, nullptr),
+                0);
+  EXPECT_TRUE(destination.is_untouched());
+}
+
 // What does not exist.
 
 std::vector<int> all_ids() {
