@@ -600,6 +600,21 @@ TEST(VZippedSegmentTest, TextsPassThroughASegmentLikeThroughAFile) {
   }
 }
 
+TEST(VZippedSegmentTest, ATextBehindTheBoundaryIsRefusedInTheWordsOfTheSegment) {
+  for (const int level : {0, 1}) {
+    Written written("abcdef", level, 0);
+    VZippedSegment segment;
+    written.open(segment, 6);
+    std::string text;
+    for (const unsigned length : {7u, 100000000u}) {
+      EXPECT_VREL_ERROR(segment.read_str(text, length), "Trying to read beyond segment boundary!",
+                        -1);
+    }
+    segment.read_str(text, 6);
+    EXPECT_EQ(text, "abcdef");
+  }
+}
+
 // Counts what passes through the virtual read.
 class CountingSegment : public VZippedSegment {
  public:

@@ -133,6 +133,12 @@ TEST_F(VrelErrorTest, AMessageMayBeMadeOfTheOneBefore) {
   EXPECT_STREQ(error.get_msg(), "first and first");
 }
 
+TEST_F(VrelErrorTest, AMessageThatCannotBeFormattedIsEmpty) {
+  VrelError error;
+  error("first")("a%ls", L"\u65e5");
+  EXPECT_STREQ(error.get_msg(), "");
+}
+
 TEST_F(VrelErrorTest, EveryLinkOfAChainIsTheObjectItself) {
   testing::internal::CaptureStderr();
   {
