@@ -1,6 +1,7 @@
 #include "foundation/code_page_internal.h"
 
-#include <sstream>
+#include <vrelio/foundation/format_string.h>
+
 #include <stdexcept>
 
 namespace Vrel::detail {
@@ -58,9 +59,7 @@ std::string code_page_name(unsigned int number) {
   for (const CodePage& page : code_pages) {
     if (page.number == number) return page.name;
   }
-  std::ostringstream message;
-  message << "Unknown codepage " << number;
-  throw std::runtime_error(message.str());
+  throw std::runtime_error(format_string("Unknown codepage %u", number));
 }
 
 }  // namespace Vrel::detail

@@ -1,7 +1,7 @@
+#include <vrelio/foundation/format_string.h>
 #include <vrelio/foundation/propstring.h>
 
 #include <boost/locale/encoding.hpp>
-#include <sstream>
 #include <stdexcept>
 
 #include "foundation/system_internal.h"
@@ -22,9 +22,8 @@ std::string codeset_of(VPropstring::encoding encoding) {
     case VPropstring::encoding_windows1252:
       return "windows-1252";
   }
-  std::ostringstream message;
-  message << "Unknown encoding '" << static_cast<int>(encoding) << "' found";
-  throw std::runtime_error(message.str());
+  throw std::runtime_error(
+      format_string("Unknown encoding '%d' found", static_cast<int>(encoding)));
 }
 
 std::size_t length_before_zero(const char* text, unsigned int length) {

@@ -1,15 +1,18 @@
 #include <vrelio/file/file_access.h>
 
 #include <gtest/gtest.h>
+#include <vrelio/file/zipped_segment.h>
 
 #include <string>
 
 #include "support/expect_error.h"
 #include "support/memory_file.h"
+#include "support/slot_of.h"
 
 namespace {
 
 using Vrel::testing::MemoryFile;
+using Vrel::testing::slot_of;
 
 constexpr unsigned length_in_stream = 0xFFFFFFFFu;
 
@@ -23,6 +26,25 @@ class CountingFile : public MemoryFile {
   }
   int writes = 0;
 };
+
+template <class Base>
+struct WithOneMore : Base {
+  virtual void next() {}
+};
+
+TEST(VFileAccessTest, TheVirtualFunctionsHaveTheirOrder) {
+  EXPECT_EQ(slot_of(&VFileAccess::tell), 0u);
+  EXPECT_EQ(slot_of(&VFileAccess::seek), 1u);
+  EXPECT_EQ(slot_of(&VFileAccess::read), 2u);
+  EXPECT_EQ(slot_of(&VFileAccess::write), 3u);
+}
+
+TEST(VFileAccessTest, AFileAndASegmentAddTheirDestructorsAlone) {
+  EXPECT_EQ(slot_of(&VFile::write), 3u);
+  EXPECT_EQ(slot_of(&WithOneMore<VFile>::next), 6u);
+  EXPECT_EQ(slot_of(&VZippedSegment::write), 3u);
+  EXPECT_EQ(slot_of(&WithOneMore<VZippedSegment>::next), 6u);
+}
 
 TEST(VFileAccessTest, ABareTextIsItsBytes) {
   MemoryFile file;

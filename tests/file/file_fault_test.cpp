@@ -110,6 +110,45 @@ TEST(VFileFaultTest, ASystemErrorComesWithTheMessage) {
   }
 }
 
+TEST(VFileFaultTest, ATransferThatMovesNothingFailsWithoutASystemError) {
+  TemporaryFile place("hello");
+  VFile file(place.name(), VFile::mode_modify);
+  char bytes[5] = {};
+  for (const SystemCall call : {SystemCall::read, SystemCall::write}) {
+    const ScopedSystemFault fault({call, 0, 0, 0});
+    errno = EIO;
+    try {
+      call == SystemCall::read ? file.read(bytes, 5) : file.write(bytes, 5);
+      ADD_FAILURE();
+    } catch (const VrelError& error) {
+      EXPECT_EQ(error.get_id(), -3);
+      EXPECT_EQ(error.get_oserr_id(), 0);
+    }
+    EXPECT_EQ(fault.calls(), 1);
+  }
+  EXPECT_EQ(place.content(), "hello");
+}
+
+TEST(VFileFaultTest, ATransferOfNothingIsNoSystemCall) {
+  TemporaryFile place("hello");
+  VFile file(place.name(), VFile::mode_modify);
+  for (const SystemCall call : {SystemCall::read, SystemCall::write}) {
+    const ScopedSystemFault fault({call, 0, EIO});
+    file.read(nullptr, 0);
+    file.write(nullptr, 0);
+    EXPECT_EQ(fault.calls(), 0);
+  }
+}
+
+// A device or a pipe answers so.
+TEST(VFileFaultTest, AFileWithoutALengthIsCreatedAsItIs) {
+  TemporaryFile place("hello");
+  const ScopedSystemFault fault({SystemCall::truncate, 1, EINVAL});
+  VFile file(place.name(), VFile::mode_create);
+  EXPECT_TRUE(fault.happened());
+  EXPECT_EQ(file.get_mode(), VFile::mode_create);
+}
+
 TEST(VFileFaultTest, ASeekThatFailsGivesAllOnes) {
   TemporaryFile place("hello");
   VFile file(place.name(), VFile::mode_read);

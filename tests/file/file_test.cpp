@@ -138,6 +138,28 @@ TEST(VFileTest, ASecondOpeningOrAttachingOfOneObjectIsRefused) {
   EXPECT_EQ(read_text(file, 3), "abc");
 }
 
+TEST(VFileTest, AFileThatIsHeldCountsBeforeAModeThatDoesNotExist) {
+  TemporaryFile place("abc");
+  VFile file(place.name(), VFile::mode_read);
+  EXPECT_VREL_ERROR(file.open(place.name(), static_cast<VFile::mode>(3)),
+                    "File already open or attached!", -1);
+}
+
+TEST(VFileTest, AnObjectThatFailsToOpenAgainIsUsableLikeANewOne) {
+  TemporaryFile place("abc");
+  TemporaryFile absent;
+  VFile file(place.name(), VFile::mode_read);
+  file.close();
+  EXPECT_VREL_ERROR(file.open(absent.name(), VFile::mode_read), "Could not open file!", -1);
+  EXPECT_FALSE(file.is_open());
+  EXPECT_EQ(file.get_mode(), VFile::mode_none);
+  EXPECT_EQ(file.detach(), nullptr);
+  file.close();
+  ForeignHandle handle(place.path(), O_RDONLY);
+  file.attach(handle.get(), VFile::mode_read);
+  EXPECT_EQ(read_text(file, 3), "abc");
+}
+
 TEST(VFileTest, ANameThatTheSystemCannotExpressDoesNotOpen) {
   VFile file;
   const std::wstring lone_surrogate = {wchar_t{0xD800}};
@@ -235,6 +257,32 @@ TEST(VFileTest, ClosingAnAttachedFileIsRefusedAndTheFileStays) {
   EXPECT_EQ(file.detach(), handle.get());
 }
 
+TEST(VFileTest, ADetachedFileIsAttachedToAnotherObject) {
+  TemporaryFile place("abcdef");
+  VFile first(place.name(), VFile::mode_read);
+  EXPECT_EQ(read_text(first, 2), "ab");
+  void* handle = first.detach();
+  {
+    VFile second;
+    second.attach(handle, VFile::mode_read);
+    EXPECT_EQ(read_text(second, 2), "cd");
+  }
+  EXPECT_EQ(::close(VFile::to_descriptor(handle)), 0);
+}
+
+TEST(VFileTest, AnAttachedNullIsNoFileToTheSystemOnly) {
+  VFile file;
+  void* handle = nullptr;
+  file.attach(handle, VFile::mode_modify);
+  EXPECT_TRUE(file.is_open());
+  EXPECT_EQ(file.tell(), all_ones);
+  EXPECT_EQ(file.seek(0), all_ones);
+  char byte = 0;
+  EXPECT_VREL_ERROR(file.read(&byte, 1), "Failed reading 1 bytes from file!", -3);
+  EXPECT_VREL_ERROR(file.write(&byte, 1), "Failed writing 1 bytes to file!", -3);
+  EXPECT_EQ(file.detach(), nullptr);
+}
+
 TEST(VFileTest, ADetachedFileIsTheCallersAndTheObjectIsEmpty) {
   TemporaryFile place("abc");
   VFile file(place.name(), VFile::mode_read);
@@ -265,6 +313,21 @@ TEST(VFileTest, CopiesShareTheHandleAndItsPosition) {
   EXPECT_EQ(read_text(file, 2), "ab");
   EXPECT_EQ(read_text(copy, 2), "cd");
   copy.detach();
+}
+
+TEST(VFileTest, AnAssignedObjectSharesTheHandleToo) {
+  TemporaryFile place("abcdef");
+  VFile file(place.name(), VFile::mode_modify);
+  file.set_chunk_size(123);
+  VFile assigned;
+  assigned = file;
+  EXPECT_EQ(assigned.get_mode(), VFile::mode_modify);
+  EXPECT_EQ(assigned.get_chunk_size(), 123u);
+  EXPECT_EQ(read_text(file, 2), "ab");
+  EXPECT_EQ(read_text(assigned, 2), "cd");
+  file.detach();
+  assigned.close();
+  EXPECT_TRUE(VFile(place.name(), VFile::mode_read).is_open());
 }
 
 TEST(VFileTest, AHandleIsTheDescriptorPlusOneAndNullIsNone) {

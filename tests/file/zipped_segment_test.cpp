@@ -568,6 +568,88 @@ TEST(VZippedSegmentTest, WritersTakeTheirTurnsWithReadersOnOneFile) {
   EXPECT_EQ(read_bytes(reader, data.size()), data);
 }
 
+TEST(VZippedSegmentTest, WithABlockSizeOfZeroATableIsNotUsed) {
+  const std::string data = sample_data(5000, 8);
+  Written written(data, 1, 1000);
+  VZippedSegment segment;
+  written.open(segment, 5000);
+  segment.set_flush_positions({~u64{0}, ~u64{0}}, 0);
+  EXPECT_EQ(segment.seek(2500), 2500u);
+  EXPECT_EQ(segment.seek(300), 300u);
+  EXPECT_EQ(read_bytes(segment, 4700), data.substr(300));
+}
+
+TEST(VZippedSegmentTest, TextsPassThroughASegmentLikeThroughAFile) {
+  for (const int level : {0, 1}) {
+    AttachedFile memory;
+    VZippedSegment segment;
+    segment.init_w(memory.file(), level, no_limit);
+    segment.write_str("with its length", true);
+    segment.write_str("", false);
+    segment.write_str("", true);
+    segment.write_str("bare", false);
+    const u64 size = segment.write_end();
+    segment.init_r(memory.file(), level, 0, size, no_limit);
+    std::string text;
+    segment.read_str(text, 0xFFFFFFFF);
+    EXPECT_EQ(text, "with its length");
+    segment.read_str(text, 0xFFFFFFFF);
+    EXPECT_EQ(text, "");
+    segment.read_str(text, 4);
+    EXPECT_EQ(text, "bare");
+  }
+}
+
+TEST(VZippedSegmentTest, ATextBehindTheBoundaryIsRefusedInTheWordsOfTheSegment) {
+  for (const int level : {0, 1}) {
+    Written written("abcdef", level, 0);
+    VZippedSegment segment;
+    written.open(segment, 6);
+    std::string text;
+    for (const unsigned length : {7u, 100000000u}) {
+      EXPECT_VREL_ERROR(segment.read_str(text, length), "Trying to read beyond segment boundary!",
+                        -1);
+    }
+    segment.read_str(text, 6);
+    EXPECT_EQ(text, "abcdef");
+  }
+}
+
+// Counts what passes through the virtual read.
+class CountingSegment : public VZippedSegment {
+ public:
+  using VZippedSegment::initialize;
+  void read(void* buffer, unsigned size) override {
+    counted += size;
+    VZippedSegment::read(buffer, size);
+  }
+  u64 counted = 0;
+};
+
+TEST(VZippedSegmentTest, ASeekSkipsThroughTheVirtualReadFromItsStartOn) {
+  Written written(sample_data(300000, 8), 1, 100000);
+  CountingSegment segment;
+  written.open(segment);
+  segment.seek(199999);
+  EXPECT_EQ(segment.counted, 99999u);
+  segment.counted = 0;
+  segment.seek(200000);
+  EXPECT_EQ(segment.counted, 0u);
+}
+
+TEST(VZippedSegmentTest, WhatInitializesBothDirectionsIsThereForDerivedClasses) {
+  AttachedFile memory("abcdef");
+  CountingSegment segment;
+  segment.initialize(memory.file(), 0, 2, 3, false, no_limit);
+  EXPECT_EQ(segment.is_initialized(), 1);
+  EXPECT_EQ(read_bytes(segment, 3), "cde");
+  segment.initialize(memory.file(), 0, 1, ~u64{0}, true, 2);
+  EXPECT_EQ(segment.is_initialized(), 2);
+  segment.write("XY", 2);
+  EXPECT_VREL_ERROR(segment.write("Z", 1), "Trying to write beyond segment boundary!", -1);
+  EXPECT_EQ(memory.content(), "aXYdef");
+}
+
 // --- States and refusals
 
 TEST(VZippedSegmentTest, TellsItsState) {
@@ -626,6 +708,32 @@ TEST(VZippedSegmentTest, AClosedFileIsRefused) {
   EXPECT_VREL_ERROR(segment.init_w(file, 1, no_limit), "File not open!", -1);
 }
 
+TEST(VZippedSegmentTest, AFileThatCannotBeWrittenLeavesTheSegmentAsItWas) {
+  AttachedFile memory("abc");
+  VZippedSegment segment;
+  segment.init_r(memory.file(), 0, 0, 3, no_limit);
+  const TemporaryFile temporary("other");
+  VFile for_reading(temporary.name(), VFile::mode_read);
+  EXPECT_VREL_ERROR(segment.init_w(for_reading, 0, no_limit), "Trying to write in read mode!", -1);
+  VFile closed;
+  EXPECT_VREL_ERROR(segment.init_w(closed, 0, no_limit), "File not open!", -1);
+  EXPECT_EQ(segment.is_initialized(), 1);
+  EXPECT_EQ(read_bytes(segment, 3), "abc");
+}
+
+TEST(VZippedSegmentTest, AnErrorLeavesTheSegmentInitialised) {
+  const std::string data = sample_data(5000, 1);
+  Written written(data, 1, 0);
+  VZippedSegment segment;
+  segment.init_r(written.file(), 1, written.begin(), written.size() / 2, no_limit);
+  EXPECT_VREL_ERROR(read_bytes(segment, 5000), "Trying to read beyond segment boundary!", -1);
+  EXPECT_EQ(segment.is_initialized(), 1);
+  EXPECT_EQ(segment.tell(), 0u);
+  segment.init_w(written.file(), 42, no_limit);
+  EXPECT_VREL_ERROR(segment.write("a", 1), "Zip error (id: -2)!", -10);
+  EXPECT_EQ(segment.is_initialized(), 2);
+}
+
 TEST(VZippedSegmentTest, AFileClosedUnderASegmentIsRefused) {
   const TemporaryFile temporary(std::string(100, 'a'));
   VFile file(temporary.name(), VFile::mode_read);
@@ -676,6 +784,7 @@ TEST(VZippedSegmentTest, NothingIsWrittenPastTheLimit) {
     segment.init_w(memory.file(), level, 5);
     segment.write("abc", 3);
     EXPECT_VREL_ERROR(segment.write("def", 3), "Trying to write beyond segment boundary!", -1);
+    EXPECT_VREL_ERROR(segment.write("def", ~0u), "Trying to write beyond segment boundary!", -1);
     segment.write("de", 2);
     EXPECT_VREL_ERROR(segment.write("f", 1), "Trying to write beyond segment boundary!", -1);
     const u64 size = segment.write_end();
@@ -692,6 +801,7 @@ TEST(VZippedSegmentTest, NothingIsReadPastTheLimit) {
     EXPECT_VREL_ERROR(read_bytes(segment, 5), "Trying to read beyond segment boundary!", -1);
     EXPECT_EQ(read_bytes(segment, 4), "abcd");
     EXPECT_VREL_ERROR(read_bytes(segment, 1), "Trying to read beyond segment boundary!", -1);
+    EXPECT_VREL_ERROR(segment.read(nullptr, ~0u), "Trying to read beyond segment boundary!", -1);
     segment.read(nullptr, 0);
   }
 }

@@ -8,9 +8,12 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/scoped_digit_groups.h"
+
 namespace {
 
 using Vrel::detail::code_page_name;
+using Vrel::testing::ScopedDigitGroups;
 
 std::vector<std::pair<unsigned, std::string>> documented_pages() {
   std::vector<std::pair<unsigned, std::string>> pages = {
@@ -49,6 +52,16 @@ TEST(CodePageTest, AnyOtherNumberIsNamedInTheError) {
     } catch (const std::runtime_error& error) {
       EXPECT_EQ("Unknown codepage " + std::to_string(number), error.what());
     }
+  }
+}
+
+TEST(CodePageTest, TheNumberInTheErrorIsThatOfNoLocale) {
+  const ScopedDigitGroups groups;
+  try {
+    code_page_name(1259);
+    ADD_FAILURE();
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ("Unknown codepage 1259", error.what());
   }
 }
 

@@ -293,6 +293,18 @@ TEST(ConvertTest, TheSecondIdOfUint32IsASourceForEveryType) {
   }
 }
 
+TEST(ConvertTest, WithoutElementsAnyOtherPairThatExistsSucceedsToo) {
+  Buffer destination(64);
+  EXPECT_EQ(vrel_dt_convert(1024, 1024, nullptr, destination.data(), 0, nullptr, nullptr), 0);
+  EXPECT_EQ(vrel_dt_convert(2048, 64, nullptr, destination.data(), 0, nullptr, nullptr), 0);
+  for (const int from : real_ids)
+    for (const int to : real_ids)
+      EXPECT_EQ(vrel_dt_convert(from | complex_flag, to | complex_flag, nullptr, destination.data(),
+                                0, nullptr, nullptr),
+                0);
+  EXPECT_TRUE(destination.is_untouched());
+}
+
 // What does not exist.
 
 std::vector<int> all_ids() {
@@ -362,11 +374,12 @@ TEST(ConvertTest, ALogicalConvertsToNothing) {
 
 // Buffers beyond the cache, whose results are stored in another way.
 
-// Compares a large run with many small ones.
-void expect_large(int source_id, int destination_id, std::size_t shift, bool joins, bool splits) {
+// Compares a large run with many small ones. Planes of a destination lie side by side.
+void expect_large(int source_id, int destination_id, std::size_t shift, bool joins, bool splits,
+                  std::size_t surplus = 77) {
   const std::size_t source_size = size_of(source_id);
   const std::size_t size = size_of(destination_id);
-  const std::size_t count = (std::size_t{17} << 20) / size + 77;
+  const std::size_t count = (std::size_t{17} << 20) / size + surplus;
   const std::size_t planes = splits ? 2 : 1;
   Bytes source(2 * count * source_size);
   for (std::size_t i = 0; i < source.size(); ++i)
@@ -401,8 +414,11 @@ TEST(ConvertTest, ALargeJoinGivesWhatSmallOnesGive) {
   for (const std::size_t shift : {0u, 8u, 5u}) expect_large(8, 0x40000040, shift, true, false);
 }
 
+// With some surpluses both planes begin alike to the cache, with others they do not.
 TEST(ConvertTest, ALargeSplitGivesWhatSmallOnesGive) {
-  for (const std::size_t shift : {0u, 4u, 1u}) expect_large(0x40000008, 64, shift, false, true);
+  for (const std::size_t shift : {0u, 4u, 1u})
+    for (const std::size_t surplus : {77u, 80u})
+      expect_large(0x40000008, 64, shift, false, true, surplus);
 }
 
 void expect_in_place(int source_id, int destination_id, std::size_t count) {

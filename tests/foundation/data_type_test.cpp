@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 #include <vrelio/foundation/data_type.h>
+#include <vrelio/foundation/propstring.h>
+#include <vrelio/prop/prop.h>
+#include <vrelio/prop/prop_array.h>
+#include <vrelio/prop/prop_struct.h>
 
 #include <climits>
 #include <complex>
@@ -109,6 +113,31 @@ TEST(DataTypeTest, AnArrayHasNotTheRunTimeTypeOfItsElement) {
   for (const Row& row : rows()) {
     if (!row.type || *row.type == typeid(void)) continue;
     EXPECT_NE(*vrel_dt_get_type(row.id | array_flag), *row.type) << row.id;
+  }
+}
+
+TEST(DataTypeTest, ThePropertyKindsHaveTheTypesOfTheirClasses) {
+  EXPECT_EQ(*vrel_dt_get_type(0x4000), typeid(VProp));
+  EXPECT_EQ(*vrel_dt_get_type(0x8000), typeid(VPropstruct));
+  EXPECT_EQ(*vrel_dt_get_type(0x20000), typeid(VPropstring));
+}
+
+TEST(DataTypeTest, AnArrayHasTheTypeOfAnArrayOfItsElements) {
+  EXPECT_EQ(*vrel_dt_get_type(64 | array_flag), typeid(VProparray<float>));
+  EXPECT_EQ(*vrel_dt_get_type(0x40000080 | array_flag), typeid(VProparray<std::complex<double>>));
+  EXPECT_EQ(*vrel_dt_get_type(1024 | array_flag), typeid(VProparray<_s_vrel_RGB>));
+  EXPECT_EQ(*vrel_dt_get_type(2048 | array_flag), typeid(VProparray<unsigned int>));
+  EXPECT_EQ(*vrel_dt_get_type(0x4000 | array_flag), typeid(VProparray<VProp>));
+  EXPECT_EQ(*vrel_dt_get_type(0x8000 | array_flag), typeid(VProparray<VPropstruct>));
+  EXPECT_EQ(*vrel_dt_get_type(0x10000 | array_flag), typeid(VProparray<bool>));
+  EXPECT_EQ(*vrel_dt_get_type(0x20000 | array_flag), typeid(VProparray<VPropstring>));
+}
+
+TEST(DataTypeTest, AnArrayOfWhatHasNoTypeHasNone) {
+  EXPECT_EQ(*vrel_dt_get_type(array_flag), typeid(void));
+  EXPECT_EQ(*vrel_dt_get_type(0x40010000 | array_flag), typeid(void));
+  for (const int id : ids_without_row()) {
+    EXPECT_EQ(*vrel_dt_get_type(id | array_flag), typeid(void)) << id;
   }
 }
 

@@ -8,10 +8,14 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "support/expect_error.h"
+#include "support/slot_of.h"
 
 namespace {
+
+using Vrel::testing::slot_of;
 
 // The library's debugger channel is replaced by this test's own.
 std::string& debug_output() {
@@ -38,6 +42,15 @@ class VrelErrorTest : public testing::Test {
     debug_output().clear();
   }
 };
+
+TEST_F(VrelErrorTest, TheVirtualFunctionsAreDestructorWhatAndClone) {
+  struct WithOneMore : VrelError {
+    virtual void next() {}
+  };
+  EXPECT_EQ(slot_of(&VrelError::what), 2u);
+  EXPECT_EQ(slot_of(&VrelError::clone), 3u);
+  EXPECT_EQ(slot_of(&WithOneMore::next), 4u);
+}
 
 TEST_F(VrelErrorTest, WithoutAPlaceReportsTheMessageAlone) {
   EXPECT_EQ(report_of(VrelError(nullptr, nullptr, 0)("boom")), "boom");
@@ -72,6 +85,17 @@ TEST_F(VrelErrorTest, AHeadingLineIsCutAt4095Characters) {
             std::string(4095, 'x') + "boom");
 }
 
+TEST_F(VrelErrorTest, TheLineOfTheFunctionIsCutAt4095Characters) {
+  const std::string func(5000, 'f');
+  EXPECT_EQ(report_of(VrelError(func.c_str(), "a.x", 12)("boom")),
+            "a.x(12): ERROR\n" + ("in function '" + func).substr(0, 4095) + "boom");
+}
+
+TEST_F(VrelErrorTest, ALongMessageOfAConstructorIsReportedWhole) {
+  const std::string message(10000, 'x');
+  EXPECT_EQ(report_of(VrelError(message, nullptr, nullptr, 0)), message);
+}
+
 TEST_F(VrelErrorTest, TheMessageOfAConstructorStandsAsItIs) {
   const VrelError error(std::string("100 %d"), "f", "a.x", 3);
   EXPECT_STREQ(error.get_msg(), "100 %d");
@@ -101,6 +125,31 @@ TEST_F(VrelErrorTest, AMessageReplacesTheOneBefore) {
   VrelError error;
   error("first")("second %d", 2);
   EXPECT_STREQ(error.get_msg(), "second 2");
+}
+
+TEST_F(VrelErrorTest, AMessageMayBeMadeOfTheOneBefore) {
+  VrelError error;
+  error("first")("%s and %s", error.get_msg(), error.get_msg());
+  EXPECT_STREQ(error.get_msg(), "first and first");
+}
+
+TEST_F(VrelErrorTest, AMessageThatCannotBeFormattedIsEmpty) {
+  VrelError error;
+  error("first")("a%ls", L"\u65e5");
+  EXPECT_STREQ(error.get_msg(), "");
+}
+
+TEST_F(VrelErrorTest, EveryLinkOfAChainIsTheObjectItself) {
+  testing::internal::CaptureStderr();
+  {
+    VrelError error;
+    EXPECT_EQ(&error("boom"), &error);
+    EXPECT_EQ(&error(-4), &error);
+    EXPECT_EQ(&error.do_oserr(), &error);
+    EXPECT_EQ(&error.do_warn(), &error);
+    EXPECT_EQ(&error.do_process(), &error);
+  }
+  testing::internal::GetCapturedStderr();
 }
 
 TEST_F(VrelErrorTest, TheIdentifierIsMinusOneUntilItIsSet) {
@@ -189,6 +238,56 @@ TEST_F(VrelErrorTest, ADyingWarningIsPrintedOnceAndReported) {
   EXPECT_EQ(vrel_get_last_error(), -10);
 }
 
+TEST_F(VrelErrorTest, ACopyOfAWarningIsAWarningToo) {
+  testing::internal::CaptureStderr();
+  {
+    VrelError source;
+    source("careful").do_warn();
+    VrelError copy(source);
+    VrelError assigned;
+    assigned = copy;
+    const std::unique_ptr<VrelError> clone(assigned.clone());
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "careful\ncareful\ncareful\ncareful\n");
+}
+
+TEST_F(VrelErrorTest, ACopyOfAnErrorThatWillReportReportsToo) {
+  {
+    VrelError source;
+    source("loud").do_process();
+    const VrelError copy(source);
+  }
+  EXPECT_EQ(debug_output(), "loud\nloud\n");
+}
+
+TEST_F(VrelErrorTest, AnAssignedErrorIsNoWarningAnyMore) {
+  testing::internal::CaptureStderr();
+  {
+    VrelError error;
+    error("careful").do_warn().do_process();
+    error = VrelError()("boom");
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(debug_output(), "");
+}
+
+TEST_F(VrelErrorTest, APrintedWarningIsTextAndNoFormat) {
+  testing::internal::CaptureStderr();
+  VrelError(std::string("100%s %n"), nullptr, nullptr, 0).do_warn_now();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "100%s %n\n");
+}
+
+TEST_F(VrelErrorTest, DoWarnNowPrintsWhatTheObjectsClassSays) {
+  class Renamed : public VrelError {
+   public:
+    const char* what() const noexcept override { return "in other words"; }
+  };
+  testing::internal::CaptureStderr();
+  Renamed().do_warn_now();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "in other words\n");
+  EXPECT_EQ(vrel_get_last_error(), 77);
+}
+
 TEST_F(VrelErrorTest, DoWarnNowPrintsTheReport) {
   const VrelError error = VrelError("f", "a.x", 1)("careful");
   testing::internal::CaptureStderr();
@@ -227,6 +326,43 @@ TEST_F(VrelErrorTest, ACloneOutlivesTheTextsOfItsSource) {
   EXPECT_NE(copy.get_file(), clone->get_file());
   clone.reset();
   EXPECT_EQ(report_of(copy), "a.x(12): ERROR\nin function 'f':\nboom");
+}
+
+TEST_F(VrelErrorTest, ACloneHoldsWhatItsSourceHeld) {
+  VrelError source;
+  source("boom")(-4);
+  errno = EIO;
+  source.do_oserr();
+  const std::unique_ptr<VrelError> clone(source.clone());
+  EXPECT_EQ(clone->get_id(), -4);
+  EXPECT_EQ(clone->get_oserr_id(), EIO);
+  EXPECT_EQ(report_of(*clone), report_of(source));
+}
+
+TEST_F(VrelErrorTest, AnAssignedCloneAndACloneOfACloneOwnTheirTexts) {
+  std::unique_ptr<VrelError> clone(VrelError("f", "a.x", 12)("boom").clone());
+  VrelError assigned;
+  assigned = *clone;
+  const std::unique_ptr<VrelError> second(clone->clone());
+  clone.reset();
+  for (const VrelError* error : {&std::as_const(assigned), &std::as_const(*second)}) {
+    EXPECT_EQ(report_of(*error), "a.x(12): ERROR\nin function 'f':\nboom");
+  }
+}
+
+TEST_F(VrelErrorTest, ACloneThatIsAssignedToItselfKeepsItsTexts) {
+  const std::unique_ptr<VrelError> clone(VrelError("f", "a.x", 12)("boom").clone());
+  const VrelError& same = *clone;
+  *clone = same;
+  EXPECT_EQ(report_of(*clone), "a.x(12): ERROR\nin function 'f':\nboom");
+}
+
+TEST_F(VrelErrorTest, ACloneTakesOverThePlaceThatIsAssignedToIt) {
+  const std::unique_ptr<VrelError> clone(VrelError("f", "a.x", 12)("boom").clone());
+  const char* const file = "b.x";
+  *clone = VrelError(nullptr, file, 3)("other");
+  EXPECT_EQ(clone->get_file(), file);
+  EXPECT_EQ(report_of(*clone), "b.x(3): ERROR\nother");
 }
 
 TEST_F(VrelErrorTest, ACloneWithoutAPlaceHasNone) {
@@ -296,6 +432,14 @@ TEST_F(VrelErrorTest, AConversionProblemCanBeAWarningOnly) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Runtime error during type conversion: Flags: [rng max]\n");
   EXPECT_EQ(vrel_get_last_error(), -5);
+}
+
+TEST_F(VrelErrorTest, AConversionProblemKeepsThePlaceOfItsError) {
+  testing::internal::CaptureStderr();
+  wrap_array_report_error(VrelError("f", "a.x", 12)("old"), 8, 0, true);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "a.x(12): WARNING\nin function 'f':\n"
+            "Runtime error during type conversion: Flags: [rank]\n");
 }
 
 }  // namespace

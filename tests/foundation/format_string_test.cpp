@@ -57,6 +57,8 @@ TEST(FormatStringTest, TheTextEndsAtItsFirstZeroCharacter) {
 TEST(FormatStringTest, WhatCannotBeFormattedIsEmpty) {
   // Bytes that are no text of the locale cannot become wide characters.
   EXPECT_EQ(format_string(L"%s", "\xff\xfe"), L"");
+  // And wide characters that the locale lacks cannot become bytes.
+  EXPECT_EQ(format_string("a%ls", L"\u65e5"), "");
 }
 
 }  // namespace

@@ -8,12 +8,15 @@
 #include <type_traits>
 
 #include "foundation/scoped_codeset.h"
+#include "foundation/scoped_digit_groups.h"
+#include "support/expect_error.h"
 
 namespace {
 
 constexpr VPropstring::encoding no_encoding = static_cast<VPropstring::encoding>(3);
 
 using Vrel::testing::ScopedCodeset;
+using Vrel::testing::ScopedDigitGroups;
 
 VPropstring utf8(const std::string& text) { return {text, VPropstring::encoding_utf8}; }
 
@@ -183,6 +186,12 @@ TEST(VPropstringTest, AnUnknownEncodingIsNamedAndChangesNothing) {
   EXPECT_EQ("before", out);
   EXPECT_EQ(6U, size);
   EXPECT_EQ(std::wstring(L"before"), text);
+}
+
+TEST(VPropstringTest, TheNumberOfAnUnknownEncodingIsThatOfNoLocale) {
+  const ScopedDigitGroups groups;
+  EXPECT_STANDARD_ERROR(VPropstring().to(static_cast<VPropstring::encoding>(1234)),
+                        std::runtime_error, "Unknown encoding '1234' found");
 }
 
 TEST(VPropstringTest, FromGivesItselfBack) {

@@ -42,7 +42,7 @@ template <class T>
 inline constexpr int prop_id<std::complex<T>> =
     number_id<T> == 0 ? 0 : number_id<T> | prop_complex_flag;
 template <>
-inline constexpr int prop_id<_s_vrel_RGB> = 0x400;  ///< an RGB triple, which makes no arrays
+inline constexpr int prop_id<_s_vrel_RGB> = 0x400;  ///< an RGB triple, alone
 template <>
 inline constexpr int prop_id<VPropstruct> = 0x8000;  ///< named values
 template <>
@@ -50,7 +50,7 @@ inline constexpr int prop_id<bool> = 0x10000;  ///< logical
 template <>
 inline constexpr int prop_id<VPropstring> = 0x20000;  ///< text
 
-/// The id of the elements of an array; 0 for a type that makes no arrays.
+/// The id of the elements of an array that a value can hold; 0 for any other type.
 template <class T>
 inline constexpr int prop_element_id = prop_id<T> <= 0 ? 0 : prop_id<T>;
 template <>

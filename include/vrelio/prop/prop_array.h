@@ -119,10 +119,11 @@ VRELIO_EXPORT void vrel_prop_reserve(std::vector<std::pair<std::string, VProp>>&
 /// An array of numbers, texts, structs or values: elements with a shape.
 ///
 /// The elements are those of the vector. Changing their number by the vector's own functions leaves the
-/// stored shape behind; see `get_size`.
+/// stored shape behind; see `get_size`. RGB triples make an array that no property value holds.
 template <class T>
 class VProparray final : public VProparrayBase, public std::vector<T> {
-  static_assert(Vrel::prop_element_id<T> != 0, "no property array holds this type");
+  static_assert(Vrel::prop_element_id<T> != 0 || std::is_same_v<T, _s_vrel_RGB>,
+                "no property array holds this type");
 
  public:
   using std::vector<T>::vector;
