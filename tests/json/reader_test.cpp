@@ -6,7 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -381,9 +383,9 @@ TEST(ReaderTest, AnEmptyObjectIsTakenAfterClear) {
 TEST(ReaderTest, UnexpectedIsARuntimeError) {
   const Reader::Unexpected character('}', "value");
   EXPECT_STREQ("Unexpected '}' character in value value", character.what());
-  const Reader::Unexpected string(std::string("12x"), "number");
-  const std::runtime_error& error = string;
-  EXPECT_STREQ("Unexpected '12x' string in number value", error.what());
+  const std::unique_ptr<std::runtime_error> string =
+      std::make_unique<Reader::Unexpected>(std::string("12x"), "number");
+  EXPECT_STREQ("Unexpected '12x' string in number value", string->what());
 }
 
 TEST(ReaderTest, DeepArraysAreRead) {

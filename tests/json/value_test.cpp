@@ -125,6 +125,11 @@ TEST(ValueTest, AKeyAccessToAnotherKindRaises) {
   }
 }
 
+TEST(ValueTest, ABadCastIsTheStandardOne) {
+  const std::unique_ptr<std::bad_cast> error = std::make_unique<Json::BadCast>();
+  EXPECT_STREQ("bad cast", error->what());
+}
+
 TEST(ValueTest, AConstantValueIsNotMadeAMapOrAnArray) {
   const Value null;
   EXPECT_BAD_CAST(null.map());

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -148,6 +149,15 @@ TEST(XmlReaderTest, TheDeclarationAndWhitespaceMayStandInFront) {
 
 TEST(XmlReaderTest, NamesConsistOfLettersDigitsUnderscoreAndColon) {
   expect_document("<aZ:_9 x_:Y0=\"1\"/>", Object{{"aZ:_9", Object{{"x_:Y0", 1}}}});
+}
+
+TEST(XmlReaderTest, WhatStandsBesideLettersAndDigitsIsNone) {
+  for (const std::string sign : {"@", "[", "`", "{", ";", "^"}) {
+    expect_refused("<" + sign, "Unexpected " + sign + " in tag name");
+    expect_refused("<a" + sign, "Unexpected " + sign + " in tag a");
+    expect_refused("<a " + sign, "Unexpected " + sign + " in tag");
+    expect_refused("<a x" + sign, "Unexpected " + sign + " in attribute");
+  }
 }
 
 TEST(XmlReaderTest, OnlyAsciiLettersAndDigitsCount) {
@@ -626,9 +636,9 @@ TEST(XmlReaderTest, AStreamKeepsTheWhitespace) {
 TEST(XmlReaderTest, UnexpectedIsARuntimeError) {
   const XmlReader::Unexpected character('!', "in tag name");
   EXPECT_STREQ("Unexpected ! in tag name", character.what());
-  const XmlReader::Unexpected string(std::string("b"), "end tag");
-  const std::runtime_error& error = string;
-  EXPECT_STREQ("Unexpected b end tag", error.what());
+  const std::unique_ptr<std::runtime_error> string =
+      std::make_unique<XmlReader::Unexpected>(std::string("b"), "end tag");
+  EXPECT_STREQ("Unexpected b end tag", string->what());
 }
 
 // --- Hostile texts

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <string>
 #include <type_traits>
 
@@ -190,6 +191,12 @@ TEST(ValueTest, EqualityAllowsABillionth) {
   EXPECT_FALSE(metres(1.0) == metres(-1.0));
 }
 
+// The difference is less than a billionth of the larger magnitude alone.
+TEST(ValueTest, EqualityIsTheSameFromBothSides) {
+  EXPECT_FALSE(value(19051.0) == value(19050.999980949));
+  EXPECT_FALSE(value(19050.999980949) == value(19051.0));
+}
+
 TEST(ValueTest, OnlyZeroEqualsZero) {
   EXPECT_FALSE(value(0.0) == value(1e-300));
   EXPECT_FALSE(value(1e-300) == value(0.0));
@@ -247,6 +254,19 @@ TEST(ValueTest, ANewValueComesFromAVariableOnly) {
 TEST(ValueTest, HasOneVirtualOperationAndNoMoreFieldsThanNeeded) {
   EXPECT_TRUE(std::has_virtual_destructor_v<value>);
   EXPECT_EQ(sizeof(value), sizeof(void*) + 8 + 9 * 8 + sizeof(double));
+}
+
+struct Tracked : value {
+  explicit Tracked(bool& set_when_gone) : is_gone(set_when_gone) {}
+  ~Tracked() override { is_gone = true; }
+  bool& is_gone;
+};
+
+TEST(ValueTest, ADerivedValueIsDestroyedAsWhatItIs) {
+  bool is_gone = false;
+  std::unique_ptr<value> held = std::make_unique<Tracked>(is_gone);
+  held = std::make_unique<value>();
+  EXPECT_TRUE(is_gone);
 }
 
 // A few small exponents, so that nothing wraps around.
