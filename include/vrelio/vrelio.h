@@ -42,13 +42,16 @@
 #include <vrelio/prop/prop_struct.h>
 #include <vrelio/prop/prop_visitor.h>
 #include <vrelio/prop/prop_xml.h>
+#include <vrelio/remote/file.h>
 #include <vrelio/remote/property_bridge.h>
+#include <vrelio/remote/stack_object.h>
 #include <vrelio/si/fraction.h>
 #include <vrelio/si/value.h>
 #include <vrelio/stack/iterator.h>
 #include <vrelio/stack/physical_region.h>
 #include <vrelio/stack/position.h>
 #include <vrelio/stack/region.h>
+#include <vrelio/stack/remote_stack.h>
 #include <vrelio/stack/shared_memory.h>
 #include <vrelio/stack/stack.h>
 #include <vrelio/stack/stack_imp.h>

@@ -39,8 +39,6 @@ void copy_node(const Value& from, Value& to, Pairs<Value>& open) {
     case kind_map:
       to.map();
       break;
-    default:
-      throw BadCast();
   }
   open.emplace_back(&from, &to);
 }
@@ -89,8 +87,6 @@ bool is_equal_node(const Value& left, const Value& right, Pairs<const Value>& op
     case kind_map:
       if (left.map().size() != right.map().size()) return false;
       break;
-    default:
-      throw BadCast();
   }
   open.emplace_back(&left, &right);
   return true;

@@ -51,10 +51,9 @@ class TextWriter {
         return write_string(value.get<std::string>());
       case kind_array:
         return begin(value.array());
-      case kind_map:
+      default:
         return begin(value.map());
     }
-    throw BadCast();
   }
 
   void begin(const Array& array) {

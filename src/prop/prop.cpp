@@ -126,19 +126,17 @@ VProp& VProp::swap_value(VProp& other) noexcept {
 }
 
 VProparrayBase* VProp::get_arr(bool check) const {
-  if ((get_id() & array_flag) != 0) {
-    return with_kind(
-        get_id(),
-        [this](auto of) -> VProparrayBase* {
-          using T = typename decltype(of)::type;
-          if constexpr (std::is_base_of_v<VProparrayBase, T>) {
-            return static_cast<T*>(content_->value_ptr());
-          } else {
-            return nullptr;
-          }
-        },
-        []() -> VProparrayBase* { return nullptr; });
-  }
-  if (check) raise(id_plain, "Type mismatch: expected 'array' type!");
-  return nullptr;
+  VProparrayBase* const array = with_kind(
+      get_id(),
+      [this](auto of) -> VProparrayBase* {
+        using T = typename decltype(of)::type;
+        if constexpr (std::is_base_of_v<VProparrayBase, T>) {
+          return static_cast<T*>(content_->value_ptr());
+        } else {
+          return nullptr;
+        }
+      },
+      []() -> VProparrayBase* { return nullptr; });
+  if (array == nullptr && check) raise(id_plain, "Type mismatch: expected 'array' type!");
+  return array;
 }

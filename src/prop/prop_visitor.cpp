@@ -126,7 +126,8 @@ bool VPropVisitor::process_element(const VPropstruct& fields) {
   const int result = visit(fields);
   if (is_stopped(result)) return false;
   if (result == visit_go && !process(fields)) return false;
-  set_key(std::string());
+  // No operation of the visitor: the level is that of an index again.
+  if (!keys.empty()) keys.back().clear();
   visit_exit(fields);
   return true;
 }

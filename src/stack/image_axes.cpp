@@ -22,6 +22,15 @@ constexpr const char* micrometre = "\xC2\xB5m";
   throw std::invalid_argument("Unsupported physical dimension");
 }
 
+// 0 for an axis without a letter.
+char get_axis_letter(const OmeImage& image, unsigned int axis) {
+  const Json::Value& order = image.DimensionOrder.value();
+  if (order.is_null() || axis >= image_rank) return 0;
+  // Assigning a whole element does not ask the rules of its fields.
+  const std::string& letters = order.get<std::string>();
+  return axis < letters.size() ? letters[axis] : '\0';
+}
+
 // What no int holds is no positive number either, and is refused as such.
 Json::Value integer(unsigned int size) { return static_cast<int>(size); }
 
@@ -95,8 +104,7 @@ void set_time(OmeImage& image, Plane& plane, double offset) {
 
 using offset_setter = void (*)(OmeImage& image, Plane& plane, double offset);
 
-// Null for an axis on which planes have no position.
-offset_setter find_offset_setter(const OmeImage& image, unsigned int axis) {
+offset_setter choose_offset_setter(const OmeImage& image, unsigned int axis) {
   if (axis == 0) return set_position_x;
   if (axis == 1) return set_position_y;
   switch (get_axis_letter(image, axis)) {
@@ -105,17 +113,11 @@ offset_setter find_offset_setter(const OmeImage& image, unsigned int axis) {
     case 'T':
       return set_time;
     default:
-      return nullptr;
+      raise_unsupported_dimension();
   }
 }
 
 }  // namespace
-
-char get_axis_letter(const OmeImage& image, unsigned int axis) {
-  const Json::Value& order = image.DimensionOrder.value();
-  if (order.is_null() || axis >= image_rank) return 0;
-  return order.get<std::string>()[axis];
-}
 
 void set_image_sizes(OmeImage& image, const std::vector<unsigned int>& sizes) {
   for (const unsigned int size : sizes)
@@ -153,13 +155,8 @@ void set_image_step(OmeImage& image, unsigned int axis, unsigned int size, doubl
   }
 }
 
-bool has_image_offset(const OmeImage& image, unsigned int axis) {
-  return find_offset_setter(image, axis) != nullptr;
-}
-
 void set_image_offset(OmeImage& image, unsigned int axis, double offset) {
-  const offset_setter set_offset = find_offset_setter(image, axis);
-  if (set_offset == nullptr) raise_unsupported_dimension();
+  const offset_setter set_offset = choose_offset_setter(image, axis);
   for (const auto& plane : image.Plane) set_offset(image, *plane, offset);
 }
 

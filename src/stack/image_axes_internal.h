@@ -20,14 +20,9 @@ void clear_image_sizes(OmeImage& image);
 /// that is not positive.
 void set_image_step(OmeImage& image, unsigned int axis, unsigned int size, double length);
 
-/// Whether the planes of the image have a place for a position on an axis.
-bool has_image_offset(const OmeImage& image, unsigned int axis);
 /// Set the position of every plane on an axis. Raises std::invalid_argument "Unsupported physical
 /// dimension" for axes without one, and "bad cast" for a plane without an index on its axis or an image
 /// without the step.
 void set_image_offset(OmeImage& image, unsigned int axis, double offset);
-
-/// The letter of an axis, 0 if it has none.
-char get_axis_letter(const OmeImage& image, unsigned int axis);
 
 }  // namespace Vrel::detail

@@ -8,11 +8,18 @@
 #include <cstring>
 #include <limits>
 #include <stdexcept>
+#include <string>
 
 #include "foundation/raise_internal.h"
 #include "stack/byte_buffer_internal.h"
 
 using namespace Vrel::detail;
+
+namespace {
+
+[[noreturn]] void raise_shared() { throw std::runtime_error("Cannot resize shared data"); }
+
+}  // namespace
 
 VStackImp::VStackImp(unsigned int rank) : VStackInfoImp(rank) {}
 
@@ -20,6 +27,12 @@ VStackImp::VStackImp(Ome::Type type, const std::vector<unsigned int>& sizes,
                      Ome::DimensionOrder order)
     : VStackInfoImp(type, sizes, order) {
   resize();
+}
+
+VStackImp::VStackImp(const Remote::Stack& stack) : VStackInfoImp(stack) {
+  const std::string id = const_cast<Remote::Stack&>(stack).share();
+  data_.shared = boost::make_shared<Vrel::SharedMemory>(id);
+  if (get_data_size() < get_size(0)) raise_shared();
 }
 
 VStackImp::VStackImp(const VStackImp& other)
@@ -57,7 +70,7 @@ void VStackImp::resize() {
   if (count != 0 && element_size == 0) raise(id_plain, "Unknown type of elements");
   if (count * element_size > std::numeric_limits<unsigned int>::max())
     raise(id_plain, "The size increases the maximum size");
-  if (data_.shared) throw std::runtime_error("Cannot resize shared data");
+  if (data_.shared) raise_shared();
   try {
     resize_local(count * element_size);
   } catch (const std::bad_alloc&) {

@@ -23,6 +23,11 @@ std::string text_of(const Json::Value& field) {
 // A name of an enumeration; no name is refused like any that the field does not know.
 Json::Value name_of(const char* name) { return std::string(name == nullptr ? "" : name); }
 
+// The image knows already what is copied here, in units of its own.
+void take_extents(const std::vector<double>& from, std::vector<double>& to) {
+  std::copy_n(from.begin(), std::min(from.size(), to.size()), to.begin());
+}
+
 // The image takes what it can hold; what it refuses stays as it is.
 template <class Work>
 bool is_accepted(Work work) {
@@ -49,6 +54,19 @@ VStackInfoImp::VStackInfoImp(Ome::Type type, const std::vector<unsigned int>& si
   meta_data_.Type = name_of(Ome::get_type_name(type));
   meta_data_.DimensionOrder = name_of(Ome::get_dimension_order_name(order));
   set_sizes(sizes);
+}
+
+// Reading a remote stack is not const, since its answers may have to come from another process.
+VStackInfoImp::VStackInfoImp(const Remote::Stack& stack)
+    : image_tree_(const_cast<Remote::Stack&>(stack).meta_data()) {
+  auto& remote = const_cast<Remote::Stack&>(stack);
+  type_ = remote.type();
+  if (meta_data_.DimensionOrder.value().is_null())
+    meta_data_.DimensionOrder = name_of(Ome::get_dimension_order_name(Ome::order_XYZTC));
+  set_sizes(remote.sizes());
+  set_labels(remote.labels());
+  take_extents(remote.lengths(), lengths_);
+  take_extents(remote.offsets(), offsets_);
 }
 
 VStackInfoImp::VStackInfoImp(const VStackInfoImp& other)
@@ -228,7 +246,7 @@ void VStackInfoImp::take_length(unsigned int axis, double length) {
 
 void VStackInfoImp::take_offset(unsigned int axis, double offset) {
   store_offset(axis, offset);
-  if (has_image_offset(meta_data_, axis)) set_image_offset(meta_data_, axis, offset);
+  is_accepted([&] { set_image_offset(meta_data_, axis, offset); });
 }
 
 void VStackInfoImp::set_labels(const std::vector<std::string>& labels) {

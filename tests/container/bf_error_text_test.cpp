@@ -49,6 +49,13 @@ TEST(ErrorTextTest, EveryIdentifierHasItsText) {
   }
 }
 
+TEST(ErrorTextTest, EveryTextStandsInTheSamePlace) {
+  report(-4, "something");
+  const char* const first = vrel_bf_get_errorstring(-1);
+  EXPECT_EQ(vrel_bf_get_errorstring(0), first);
+  EXPECT_STREQ(first, "");
+}
+
 TEST(ErrorTextTest, ALongTextIsCut) {
   report(-3, std::string(4000, 'x').c_str());
   const std::string text = vrel_bf_get_errorstring(-1);

@@ -143,6 +143,14 @@ TEST(BFFileTest, AFileThatIsOnlyDestroyedIsWrittenAllTheSame) {
   EXPECT_THAT(record.stacks, SizeIs(1));
 }
 
+TEST(BFFileTest, TheHeaderIsWrittenWithTheFirstStack) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  EXPECT_EQ(target.content(), "");
+  file->add_stack(false);
+  EXPECT_EQ(target.content(), std::string("VREL_BF\n\xFF\xFF\2\0\0\0", 14) + std::string(20, '\0'));
+}
+
 TEST(BFFileTest, CreatorAndUuidStandInTheMetadata) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);
@@ -162,6 +170,22 @@ TEST(BFFileTest, ImagesOfTheDocumentStandInTheMetadata) {
   const std::string text = read_record(target.content()).dictionary.at("ome_xml");
   EXPECT_THAT(text, HasSubstr("<ome:Image ID=\"Image:1\" Name=\"&lt;&amp;&gt;\">"));
   EXPECT_THAT(text, testing::Not(HasSubstr("ome:Description")));
+}
+
+TEST(BFFileTest, ADocumentThatIsNoXmlIsRefusedAtClosingUntilItIsOne) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  add_probe(file, "probe");
+  file->meta_data().OME = Json::Object{{"Creator", Json::Array()}};
+  EXPECT_STANDARD_ERROR(file->close(), std::invalid_argument, "No xml attribute");
+  EXPECT_TRUE(file->is_open());
+  const FileRecord before = read_record(target.content());
+  EXPECT_THAT(before.stacks, SizeIs(1));
+  EXPECT_FALSE(before.has_dictionary);
+  file->set_creator("tests");
+  file->close();
+  EXPECT_THAT(read_record(target.content()).dictionary.at("ome_xml"),
+              HasSubstr("<ome:OME Creator=\"tests\""));
 }
 
 TEST(BFFileTest, AClosedFileIsLikeANewOne) {
@@ -216,6 +240,28 @@ TEST(BFFileTest, ACopyOfTheHandleKeepsTheFileOpen) {
   copy.reset();
   EXPECT_EQ(static_cast<VBFFileInterface*>(copy), nullptr);
   EXPECT_TRUE(other->is_open());
+}
+
+TEST(BFFileTest, OpeningAHandleAnewLeavesItsCopiesTheirFile) {
+  const TemporaryFile first;
+  const TemporaryFile second;
+  write_probes(first, {"first"});
+  write_probes(second, {"second"});
+  VBFFile file(first.name(), VFile::mode_read);
+  VBFFile copy(file);
+  file.open(second.name(), VFile::mode_read);
+  EXPECT_THAT(names_of(file), ElementsAre("second"));
+  EXPECT_THAT(names_of(copy), ElementsAre("first"));
+  EXPECT_EQ(read_probe(copy->get_stack(0)), "\1\2\3");
+}
+
+TEST(BFFileTest, WithoutAFileThereIsNothingToFinishOrToClose) {
+  VBFFile file;
+  file->finish();
+  file->close();
+  EXPECT_EQ(file->detach(), nullptr);
+  EXPECT_EQ(file->get_mode(), VFile::mode_none);
+  EXPECT_EQ(file->get_number_of_stacks(), 0u);
 }
 
 TEST(BFFileTest, AHandleGivesItsObject) {
@@ -298,6 +344,46 @@ TEST(BFFileTest, WhatIsWrongWithAStackComesBeforeWhatIsWrongBehindIt) {
   }
 }
 
+TEST(BFFileTest, WhetherAStackWasMadeWithDataIsNotReadFromTheFile) {
+  std::string bytes = two_probes();
+  const std::size_t field = read_record(bytes).stacks[0].stack_position + 344;
+  bytes.replace(field, 8, std::string("\0\0\0\0\xFF\xFF\xFF\xFF", 8));
+  const TemporaryFile target(bytes);
+  VBFFile file(target.name(), VFile::mode_read);
+  EXPECT_EQ(read_probe(file->get_stack(0)), "\1\2\3");
+}
+
+TEST(BFFileTest, AnUnknownCompressionTypeInAFileIsRaw) {
+  std::string bytes = two_probes();
+  bytes[read_record(bytes).stacks[0].stack_position + 328] = 2;
+  const TemporaryFile target(bytes);
+  VBFFile file(target.name(), VFile::mode_read);
+  EXPECT_EQ(read_probe(file->get_stack(0)), "\1\2\3");
+  int type = -1;
+  int level = -1;
+  file->get_stack(0)->get_compression(type, level);
+  EXPECT_EQ(type, 2);
+}
+
+TEST(BFFileTest, AStackOfAnUnknownTypeIsDescribedAndItsSamplesAreNotRead) {
+  std::string bytes = two_probes();
+  bytes[read_record(bytes).stacks[0].stack_position + 325] = 3;
+  const TemporaryFile target(bytes);
+  VBFFile file(target.name(), VFile::mode_read);
+  const stack_ptr stack = file->get_stack(0);
+  EXPECT_EQ(stack->get_name(), "a");
+  EXPECT_EQ(stack->get_dt(), 0x301);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(3));
+  EXPECT_EQ(stack->get_size(0), 0u);
+  std::string samples(3, '?');
+  EXPECT_VREL_ERROR(stack->read(uint8, samples.data(), nullptr),
+                    "Invalid on-the-fly conversion from 'none' to 'uint8'!", -1);
+  EXPECT_VREL_ERROR(stack->read(0x301, samples.data(), nullptr),
+                    "Invalid on-the-fly conversion from 'none' to 'none'!", -1);
+  EXPECT_EQ(samples, "???");
+  EXPECT_EQ(read_probe(file->get_stack(1)), "\1\2\3");
+}
+
 TEST(BFFileTest, ABrokenPositionIsRefused) {
   std::string bytes = two_probes();
   bytes[21] = '\xFF';
@@ -352,6 +438,23 @@ TEST(BFFileTest, AddingAStackCommitsTheLastOne) {
   full->write(uint8, "ab", nullptr, 2);
   file->close();
   EXPECT_THAT(read_record(target.content()).stacks, SizeIs(2));
+}
+
+TEST(BFFileTest, DefaultCompressionIsForStacksAddedLater) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  const stack_ptr before = file->add_stack(true);
+  before->create({1}, uint8);
+  file->set_default_compression(1, 6);
+  const stack_ptr behind = file->add_stack(true);
+  behind->create({1}, uint8);
+  file->close();
+  const FileRecord record = read_record(target.content());
+  ASSERT_THAT(record.stacks, SizeIs(2));
+  EXPECT_EQ(record.stacks[0].header.compression_type, 0u);
+  EXPECT_EQ(record.stacks[0].header.compression_level, 1);
+  EXPECT_EQ(record.stacks[1].header.compression_type, 1u);
+  EXPECT_EQ(record.stacks[1].header.compression_level, 6);
 }
 
 TEST(BFFileTest, AStackWithoutALayoutKeepsTheFileFromClosing) {
@@ -418,6 +521,26 @@ TEST(BFFileTest, AnIndexThatIsNoStackIsNamed) {
   EXPECT_VREL_ERROR(VBFFile()->get_stack(0), "Invalid stack index 0!", -4);
 }
 
+TEST(BFFileTest, AHandleStartsAtTheFirstSampleWhereverItsStackWasReadTo) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  const stack_ptr written = add_probe(file, "probe");
+  VStackPosition place = written->get_stack_position();
+  place.offset[0] = 2.5;
+  written->set_stack_position(place);
+  char sample = 0;
+  int position = 0;
+  written->read(uint8, &sample, nullptr, 1, position);
+  const stack_ptr copy = file->get_stack(0);
+  position = VBFStackInterface::position_continue;
+  copy->read(uint8, &sample, nullptr, 1, position);
+  EXPECT_EQ(sample, 1);
+  position = VBFStackInterface::position_continue;
+  written->read(uint8, &sample, nullptr, 1, position);
+  EXPECT_EQ(sample, 2);
+  EXPECT_EQ(copy->get_stack_position().offset[0], 2.5);
+}
+
 TEST(BFFileTest, ManyHandlesComeAndGo) {
   const TemporaryFile target;
   write_probes(target, {"probe"});
@@ -441,6 +564,7 @@ TEST(BFFileTest, ACopyOfAStackUnderConstructionIsNoWayToWriteIt) {
   EXPECT_VREL_ERROR(copy->write(uint8, "abc", nullptr, 3), "Invalid call to on_stack_finished()!",
                     -1);
   EXPECT_VREL_ERROR(read_probe(copy), "Stack not committed to disk. Cannot read!", -1);
+  EXPECT_VREL_ERROR(file->read_stack(0, 0), "Stack not committed to disk. Cannot read!", -1);
   stack->write(uint8, "abc", nullptr, 3);
   EXPECT_EQ(copy->get_state(), 1);
   EXPECT_EQ(read_probe(file->get_stack(0)), "abc");
@@ -493,6 +617,25 @@ TEST(BFFileTest, ModifyingKeepsOtherEntriesOfTheDictionary) {
   ASSERT_THAT(record.dictionary, SizeIs(2));
   EXPECT_EQ(record.dictionary.at("ome_old"), "<OME/>");
   EXPECT_THAT(record.dictionary.at("ome_xml"), HasSubstr("ome:OME"));
+}
+
+// Intended: the text is replaced, since nobody has read it into the document.
+TEST(BFFileTest, TheDocumentOfAFileIsNotReadAndModifyingReplacesIt) {
+  const TemporaryFile target;
+  {
+    VBFFile file(target.name(), VFile::mode_create);
+    file->set_creator("first program");
+    file->close();
+  }
+  VBFFile file;
+  for (const VFile::mode mode : {VFile::mode_read, VFile::mode_modify}) {
+    file.open(target.name(), mode);
+    EXPECT_TRUE(file->meta_data().Creator.value().is_null());
+  }
+  file->close();
+  const std::string text = read_record(target.content()).dictionary.at("ome_xml");
+  EXPECT_THAT(text, HasSubstr("<ome:OME xmlns:ome="));
+  EXPECT_THAT(text, testing::Not(HasSubstr("first program")));
 }
 
 TEST(BFFileTest, AFileOfVersionOneStaysOne) {
@@ -574,6 +717,65 @@ TEST(BFFileTest, AFileStandsAnywhereInAStream) {
   EXPECT_EQ(stream.position(), end);
 }
 
+TEST(BFFileTest, WithoutADictionaryAReaderLeavesTheStreamBehindTheHeader) {
+  std::string killed = two_probes();
+  killed.replace(26, 8, 8, '\0');
+  for (const std::string& bytes : {golden("no_stack_version_1"), killed}) {
+    const TemporaryFile target(bytes);
+    const Stream stream(target.path());
+    void* handle = stream.handle();
+    VBFFile file;
+    file->attach(handle, VFile::mode_read);
+    const off_t behind_header = stream.position();
+    EXPECT_EQ(static_cast<u64>(behind_header), read_record(bytes).header_end);
+    file->detach();
+    EXPECT_EQ(stream.position(), behind_header);
+  }
+}
+
+TEST(BFFileTest, AnAttachedFileThatIsOnlyDestroyedIsWrittenAndItsHandleStaysOpen) {
+  const TemporaryFile target;
+  const Stream stream(target.path());
+  stream.write("in front");
+  {
+    void* handle = stream.handle();
+    VBFFile file;
+    file->attach(handle, VFile::mode_create);
+    add_probe(file, "probe");
+  }
+  stream.write("behind");
+  const std::string content = target.content();
+  EXPECT_EQ(content.substr(content.size() - 6), "behind");
+  stream.move(8);
+  void* handle = stream.handle();
+  VBFFile file;
+  file->attach(handle, VFile::mode_modify);
+  add_probe(file, "second");
+  file->detach();
+  stream.move(8);
+  file->attach(handle, VFile::mode_read);
+  EXPECT_THAT(names_of(file), ElementsAre("probe", "second"));
+  file->detach();
+}
+
+TEST(BFFileTest, TheFirstStackOfAFileInsideAStreamIsLinkedFromItsHeader) {
+  const TemporaryFile target;
+  const Stream stream(target.path());
+  stream.write("in front");
+  void* handle = stream.handle();
+  VBFFile file;
+  for (const VFile::mode mode : {VFile::mode_create, VFile::mode_modify}) {
+    stream.move(8);
+    file->attach(handle, mode);
+    if (mode == VFile::mode_modify) add_probe(file, "probe");
+    file->detach();
+  }
+  stream.move(8);
+  file->attach(handle, VFile::mode_read);
+  EXPECT_THAT(names_of(file), ElementsAre("probe"));
+  EXPECT_EQ(target.content().substr(0, 15), "in frontVREL_BF");
+}
+
 TEST(BFFileTest, AnOpenedFileIsNotAttached) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);
@@ -595,6 +797,25 @@ TEST(BFFileTest, OnlyAReaderSeeksToTheEndOfAStack) {
   EXPECT_VREL_ERROR(file->seek_to_stack_end(0), reading_only, -1);
   file.open(target.name(), VFile::mode_read);
   EXPECT_VREL_ERROR(file->seek_to_stack_end(1), "Invalid stack number!", -1);
+}
+
+TEST(BFFileTest, TheEndOfAStackIsWhereItsFooterSays) {
+  std::string bytes = two_probes();
+  const auto stack = read_record(bytes).stacks[0];
+  const std::size_t field = stack.data_position + stack.header.data_length + 1432;
+  bytes.replace(field, 8, std::string("\x05\0\0\0\0\0\0\0", 8));
+  TemporaryFile target(bytes);
+  const Stream stream(target.path());
+  void* handle = stream.handle();
+  VBFFile file;
+  file->attach(handle, VFile::mode_read);
+  file->seek_to_stack_end(0);
+  EXPECT_EQ(stream.position(), 5);
+  file->detach();
+  bytes[field + 7] = '\x80';
+  const TemporaryFile refused(bytes);
+  file->open(refused.name(), VFile::mode_read);
+  EXPECT_VREL_ERROR(file->seek_to_stack_end(0), "Invalid stack position specified in header!", -4);
 }
 
 TEST(BFFileTest, AStackOfMemoryIsWrittenAndReadInOneGo) {
@@ -633,6 +854,66 @@ TEST(BFFileTest, AStackOfMemoryIsWrittenAndReadInOneGo) {
   const boost::shared_ptr<VStackInterface> narrow = file->read_stack(1, uint8);
   EXPECT_EQ(narrow->get_dt(), uint8);
   EXPECT_EQ(narrow->get_data_ptr()[11], 18);
+}
+
+TEST(BFFileTest, AStackOfMemoryTakesAllOfItsDescriptionAlong) {
+  const TemporaryFile target;
+  VStackImp memory(Ome::type_uint8, {2, 1, 1, 3, 1}, Ome::order_XYZTC);
+  memory.set_description("of memory");
+  memory.set_off(0, -2.5);
+  memory.set_col_labels(3, {"a", "", "c"});
+  memory.set_col_positions(3, {1.0, 2.0, 4.0});
+  VStackPosition position = memory.get_stack_position();
+  position.offset[4] = 12.5;
+  memory.set_stack_position(position);
+  {
+    VBFFile file(target.name(), VFile::mode_create);
+    file->write_stack(&memory, 0);
+    EXPECT_EQ(file->read_stack(0, 0)->get_description(), "of memory");
+  }
+  VBFFile file(target.name(), VFile::mode_read);
+  const boost::shared_ptr<VStackInterface> read = file->read_stack(0, 0);
+  EXPECT_THAT(read->get_sizes(), ElementsAre(2, 1, 1, 3, 1));
+  EXPECT_EQ(read->get_description(), "of memory");
+  EXPECT_EQ(read->get_offset(0), -2.5);
+  EXPECT_THAT(read->get_col_labels(3), ElementsAre("a", "", "c"));
+  EXPECT_THAT(read->get_col_positions(3), ElementsAre(1.0, 2.0, 4.0));
+  EXPECT_TRUE(read->is_equidistant(0));
+  EXPECT_EQ(read->get_stack_position().offset[4], 12.5);
+}
+
+// Samples in memory have the types and sizes that `create` takes; a handle reads all others.
+TEST(BFFileTest, WhatMemoryCannotDescribeIsReadAsWhatItCan) {
+  const TemporaryFile target;
+  {
+    VBFFile file(target.name(), VFile::mode_create);
+    const stack_ptr wide = file->add_stack(false);
+    wide->create({2}, 0);
+    const long long samples[] = {-7, 1LL << 40};
+    wide->write(0x2000, samples, nullptr, 2);
+    const stack_ptr deep = file->add_stack(false);
+    deep->create({1, 1, 1, 1, 1, 0}, uint8);
+    deep->write(uint8, "a", nullptr, 1);
+    deep->commit(0);
+  }
+  VBFFile file(target.name(), VFile::mode_read);
+  EXPECT_STANDARD_ERROR(file->read_stack(0, 0), std::invalid_argument, "Unsupported data type");
+  const boost::shared_ptr<VStackInterface> read = file->read_stack(0, 128);
+  const auto* const samples = reinterpret_cast<const double*>(read->get_data_ptr());
+  EXPECT_EQ(samples[0], -7.0);
+  EXPECT_EQ(samples[1], 1099511627776.0);
+  EXPECT_STANDARD_ERROR(file->read_stack(1, 0), std::invalid_argument,
+                        "Unsupported number of sizes");
+}
+
+TEST(BFFileTest, AStackOfMemoryWhoseBufferIsTooSmallLeavesTheFileAsItWas) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  VStackImp memory(Ome::type_uint8, {2}, Ome::order_XYZTC);
+  EXPECT_VREL_ERROR(memory.create({1U << 30}, 64), "The size increases the maximum size", -1);
+  EXPECT_VREL_ERROR(file->write_stack(&memory, 0), "Internal error!", -1);
+  EXPECT_EQ(file->get_number_of_stacks(), 0u);
+  EXPECT_EQ(target.content(), "");
 }
 
 TEST(BFFileTest, AStackOfMemoryThatCannotBeDescribedLeavesTheFileAsItWas) {

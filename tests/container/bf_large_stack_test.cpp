@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 #include <vrelio/container/bf_file.h>
+#include <vrelio/container/chain.h>
 
 #include <algorithm>
 #include <string>
@@ -103,7 +104,7 @@ TEST(BFLargeStackTest, AStackBehindThemIsAppendedAndRead) {
 }
 
 // Planes of 32 MiB, which zlib makes a few thousandths of: 5 GiB take room neither on the disk nor in memory.
-class LargeGrowingStack {
+class LargeStack {
  public:
   static constexpr unsigned side = 4096;
   static constexpr unsigned plane_length = side * side;
@@ -111,22 +112,30 @@ class LargeGrowingStack {
   static constexpr int uint16 = 4;
   static_assert(u64{planes} * plane_length * 2 == u64{5} << 30U);
 
-  explicit LargeGrowingStack(bool has_flush_points) {
+  // One that grows has no flush points, the other has one behind each plane.
+  explicit LargeStack(bool grows) {
     VBFFile file(target_.name(), VFile::mode_create);
     const auto stack = file->add_stack(false);
-    stack->create({side, side, 0}, uint16);
+    stack->create({side, side, grows ? 0 : planes}, uint16);
     stack->set_compression(1, 1);
-    if (has_flush_points) stack->set_flush_block_size(2 * plane_length);
+    stack->set_flush_block_size(2 * plane_length);
     std::vector<unsigned short> plane(plane_length);
     for (unsigned i = 0; i < planes; ++i) {
       plane.back() = static_cast<unsigned short>(i);
       stack->write(uint16, plane.data(), nullptr, plane_length);
     }
-    stack->commit(0);
+    if (grows) stack->commit(0);
     file->close();
   }
 
   const TemporaryFile& target() const { return target_; }
+
+  std::size_t count_flush_points() const {
+    VFile file(target_.name(), VFile::mode_read);
+    Vrel::FileRecord record;
+    read_chain(file, record);
+    return record.stacks.at(0).flush_positions.size();
+  }
 
   // The last samples of a plane and the first of the next.
   static void expect_border_behind(VBFStackInterface& stack, unsigned plane) {
@@ -140,27 +149,29 @@ class LargeGrowingStack {
   TemporaryFile target_;
 };
 
-TEST(BFLargeStackTest, AGrowingStackOfFiveGiBIsWrittenAndReadNearItsEnd) {
-  const LargeGrowingStack large(true);
+TEST(BFLargeStackTest, AStackOfFiveGiBIsReadNearItsEndByItsFlushPoints) {
+  const LargeStack large(false);
+  EXPECT_EQ(large.count_flush_points(), LargeStack::planes);
   VBFFile file(large.target().name(), VFile::mode_read);
   const auto stack = file->get_stack(0);
   EXPECT_THAT(stack->get_sizes(), ElementsAre(4096, 4096, 160));
   EXPECT_EQ(stack->get_size(0), u64{5} << 30U);
-  LargeGrowingStack::expect_border_behind(*stack, 158);
-  LargeGrowingStack::expect_border_behind(*stack, 0);
+  LargeStack::expect_border_behind(*stack, 158);
+  LargeStack::expect_border_behind(*stack, 0);
   std::vector<unsigned short> last(1, 7);
-  int position = static_cast<int>(LargeGrowingStack::planes * LargeGrowingStack::plane_length - 1);
-  stack->read(LargeGrowingStack::uint16, last.data(), nullptr, VBFStackInterface::all_samples,
-              position);
+  int position = static_cast<int>(LargeStack::planes * LargeStack::plane_length - 1);
+  stack->read(LargeStack::uint16, last.data(), nullptr, VBFStackInterface::all_samples, position);
   EXPECT_EQ(last[0], 159);
   EXPECT_EQ(position, VBFStackInterface::position_exhausted);
 }
 
 // Decoded from the begin on, past 4 GiB of samples.
-TEST(BFLargeStackTest, WithoutFlushPointsFiveGiBAreReadNearTheirEndToo) {
-  const LargeGrowingStack large(false);
+TEST(BFLargeStackTest, AStackThatHasGrownToFiveGiBIsReadNearItsEndToo) {
+  const LargeStack large(true);
+  EXPECT_EQ(large.count_flush_points(), 0u);
   VBFFile file(large.target().name(), VFile::mode_read);
-  LargeGrowingStack::expect_border_behind(*file->get_stack(0), 158);
+  EXPECT_THAT(file->get_stack(0)->get_sizes(), ElementsAre(4096, 4096, 160));
+  LargeStack::expect_border_behind(*file->get_stack(0), 158);
 }
 
 }  // namespace

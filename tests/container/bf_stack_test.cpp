@@ -573,6 +573,74 @@ TEST(BFStackTest, ARawStackHasABlockSizeAndNoFlushPoints) {
   EXPECT_THAT(read_all<unsigned char>(stack, uint8), samples);
 }
 
+TEST(BFStackTest, AFlushBlockSizeOfZeroMeansNoFlushPoints) {
+  WrittenFile file;
+  const stack_ptr stack = file.add({70000}, uint8);
+  stack->set_compression(1, 1);
+  stack->set_flush_block_size(0);
+  const auto samples = ramp<unsigned char>(70000);
+  stack->write(uint8, samples.data(), nullptr, 70000);
+  const StackRecord record = file.record().stacks[0];
+  EXPECT_THAT(record.flush_positions, IsEmpty());
+  EXPECT_EQ(record.footer.flush_block_size, 0u);
+  EXPECT_THAT(read_all<unsigned char>(stack, uint8), samples);
+}
+
+TEST(BFStackTest, ABlockThatIsNeverFullHasNoFlushPoint) {
+  WrittenFile file;
+  const stack_ptr stack = file.add({70000}, uint8);
+  stack->set_compression(1, 1);
+  stack->set_flush_block_size(100000);
+  const auto samples = ramp<unsigned char>(70000);
+  stack->write(uint8, samples.data(), nullptr, 70000);
+  EXPECT_THAT(file.record().stacks[0].flush_positions, IsEmpty());
+  for (int position : {69000, 10, 40000}) {
+    const unsigned char expected = samples[static_cast<std::size_t>(position)];
+    unsigned char sample = 0;
+    stack->read(uint8, &sample, nullptr, 1, position);
+    EXPECT_EQ(sample, expected);
+  }
+}
+
+// When its first sample comes, nobody knows how many there will be.
+TEST(BFStackTest, AGrowingStackHasNoFlushPointsNotEvenThoseThatWereAskedFor) {
+  WrittenFile file;
+  const stack_ptr stack = file.add({70000, 0}, uint8);
+  stack->set_compression(1, 1);
+  stack->set_flush_block_size(10000);
+  const auto samples = ramp<unsigned char>(140000);
+  stack->write(uint8, samples.data(), nullptr, 140000);
+  stack->commit(0);
+  const StackRecord record = file.record().stacks[0];
+  EXPECT_THAT(record.flush_positions, IsEmpty());
+  EXPECT_EQ(record.footer.flush_block_size, 0u);
+  EXPECT_THAT(read_all<unsigned char>(stack, uint8), samples);
+}
+
+TEST(BFStackTest, AGrowingStackThatWasMadeEmptyTakesSamples) {
+  WrittenFile file;
+  const stack_ptr stack = file->add_stack(true);
+  stack->create({2, 0}, uint8);
+  stack->write(uint8, "abcd", nullptr, 4);
+  stack->commit(0);
+  EXPECT_EQ(file.record().stacks[0].header.has_data, 0u);
+  file.reopen();
+  EXPECT_THAT(read_all<char>(file->get_stack(0), uint8), ElementsAre('a', 'b', 'c', 'd'));
+}
+
+// A layout that was refused may leave columns behind that do not fit the next one.
+TEST(BFStackTest, ColumnLabelsThatDoNotFitAreNotWritten) {
+  WrittenFile file;
+  const stack_ptr stack = file->add_stack(false);
+  EXPECT_STANDARD_ERROR(stack->create({3}, 0x1000), std::invalid_argument, "Unsupported data type");
+  stack->set_col_labels(0, {"a", "b", "c"});
+  stack->create({2}, uint8);
+  stack->write(uint8, "ab", nullptr, 2);
+  EXPECT_THAT(file.record().stacks[0].column_labels, ElementsAre(IsEmpty()));
+  file.reopen();
+  EXPECT_THAT(file->get_stack(0)->get_col_labels(0), IsEmpty());
+}
+
 class ReadingTest : public testing::TestWithParam<int> {
  protected:
   ReadingTest() : stack(file.add({10, 10}, uint8)) {
@@ -630,6 +698,17 @@ TEST_P(ReadingTest, BehindTheEndIsRefused) {
   }
 }
 
+TEST_P(ReadingTest, AnExhaustedPositionIsToldBeforeAClosedFileAndThatBeforeAllElse) {
+  file->close();
+  position = VBFStackInterface::position_exhausted;
+  EXPECT_VREL_ERROR(read(1, position), exhausted, -1);
+  position = 1000;
+  char sample = 0;
+  constexpr int cplx_uint8 = 0x40000001;
+  EXPECT_VREL_ERROR(stack->read(cplx_uint8, &sample, &sample, 1, position),
+                    "Cannot access VBFStack, file has been closed!", -1);
+}
+
 TEST_P(ReadingTest, OfNothingDoesNothing) {
   for (const int anywhere : {0, 42, 100, 1000}) {
     position = anywhere;
@@ -671,6 +750,21 @@ TEST(BFStackTest, ReadingBetweenWritesLeavesTheFileWhereItIs) {
   second->write(uint8, "fg", nullptr, 2);
   file.reopen();
   EXPECT_THAT(read_all<char>(file->get_stack(1), uint8), ElementsAre('d', 'e', 'f', 'g'));
+}
+
+int cancel(unsigned /*bytes*/, void* /*argument*/) { return 0; }
+
+TEST(BFStackTest, AReadThatFailsLeavesTheFileWhereItIs) {
+  WrittenFile file;
+  const stack_ptr first = file.add({3}, uint8);
+  first->write(uint8, "abc", nullptr, 3);
+  const stack_ptr second = file.add({4}, uint8);
+  second->write(uint8, "de", nullptr, 2);
+  file->set_progress_callback(cancel, nullptr);
+  EXPECT_VREL_ERROR(read_all<char>(first, uint8), "Cancelled by user!", -11);
+  file->set_progress_callback(nullptr, nullptr);
+  second->write(uint8, "fg", nullptr, 2);
+  EXPECT_THAT(read_all<char>(second, uint8), ElementsAre('d', 'e', 'f', 'g'));
 }
 
 // What a callback was told, and what it answers.

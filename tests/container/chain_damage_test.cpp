@@ -82,6 +82,8 @@ INSTANTIATE_TEST_SUITE_P(
                "Failed reading -1 bytes from file!", -3},
         Defect{"StackDescriptionLength", stack + 340, 100000, 4,
                "Failed reading 100000 bytes from file!", -3},
+        Defect{"StackDescriptionLengthAllOnes", stack + 340, 0xFFFFFFFF, 4,
+               "Failed reading -1 bytes from file!", -3},
         Defect{"DataLengthBeyond", stack + 352, 1000000, 8, "Failed reading 4 bytes from file!",
                -3},
         Defect{"DataLengthNegative", stack + 352, 1ull << 63, 8, bad_position, -4},
@@ -105,6 +107,10 @@ INSTANTIATE_TEST_SUITE_P(
                -3},
         Defect{"RequiredVersion6", footer + 1440, 6, 4,
                "Cannot read stack with file format reader version 5. Need >= 6!", -4},
+        Defect{"RequiredVersionNextToNone", footer + 1440, 0xFFFFFFFE, 4,
+               "Cannot read stack with file format reader version 5. Need >= -2!", -4},
+        Defect{"LabelLengthAllOnes", footer + 1444, 0xFFFFFFFF, 4,
+               "Failed reading -1 bytes from file!", -3},
         Defect{"LabelLength", footer + 1444, 5000, 4, "Failed reading 5000 bytes from file!", -3}),
     [](const auto& defect) { return std::string(defect.param.name); });
 

@@ -27,6 +27,19 @@ using Vrel::testing::read_record;
 
 FileRecord read_golden(const std::string& name) { return read_record(golden(name)); }
 
+// Golden bytes with other numbers in some places.
+std::string with_number(std::string bytes, std::size_t position, u64 value, std::size_t size) {
+  for (std::size_t i = 0; i < size; ++i) {
+    bytes[position + i] = static_cast<char>(value >> (8 * i));
+  }
+  return bytes;
+}
+
+// In the golden files with the description "golden" the first stack stands here.
+constexpr std::size_t first_stack = 40;
+// The footer of the golden stack "probe", where it is raw.
+constexpr std::size_t probe_footer = first_stack + 368 + 5 + 7 + 48;
+
 bool is_neutral(const Vrel::UnitRecord& unit) {
   for (const auto& exponent : unit.exponents) {
     if (exponent.numerator != 0 || exponent.denominator != 1) return false;
@@ -161,6 +174,38 @@ TEST(ChainTest, OnlyALengthThatIsNotANumberBecomesOne) {
   EXPECT_TRUE(std::isnan(stack.header.offsets[0]));
 }
 
+TEST(ChainTest, NotANumberIsEveryOneOfTheFirstRankLengths) {
+  constexpr std::size_t lengths = first_stack + 84;
+  for (const u64 bits : {0x7FF0000000000001U, 0x7FF8000000000000U, 0xFFF0000000000001U,
+                         0xFFFFFFFFFFFFFFFFU, 0x7FF0000080000000U}) {
+    std::string bytes = with_number(golden("raw"), lengths + 8, bits, 8);
+    bytes = with_number(bytes, lengths + 16, bits, 8);
+    const StackRecord stack = read_record(bytes).stacks[0];
+    EXPECT_EQ(stack.header.lengths[1], 1.0) << std::hex << bits;
+    EXPECT_TRUE(std::isnan(stack.header.lengths[2])) << std::hex << bits;
+  }
+  const std::string bytes = with_number(golden("raw"), lengths, 0xFFF0000000000000, 8);
+  EXPECT_EQ(read_record(bytes).stacks[0].header.lengths[0],
+            -std::numeric_limits<double>::infinity());
+}
+
+TEST(ChainTest, AFileOfALaterVersionIsReadLikeTheNewestAndOneOfVersionZeroLikeTheFirst) {
+  const FileRecord later = read_record(with_number(golden("raw"), 10, 3, 4));
+  EXPECT_EQ(later.header.format_version, 3u);
+  EXPECT_TRUE(later.has_dictionary);
+  EXPECT_THAT(later.stacks, SizeIs(2));
+  const FileRecord earlier = read_record(with_number(golden("version_1"), 10, 0, 4));
+  EXPECT_FALSE(earlier.has_dictionary);
+  EXPECT_THAT(earlier.stacks, SizeIs(2));
+}
+
+TEST(ChainTest, EveryStackVersionButZeroHasAFooter) {
+  for (const u64 version : {1U, 2U, 3U, 4U, 5U, 6U, 0xFFFFFFFFU}) {
+    expect_full_sections(
+        read_record(with_number(golden("raw"), first_stack + 16, version, 4)).stacks[0]);
+  }
+}
+
 TEST(ChainTest, StackVersionZeroEndsBehindItsData) {
   const FileRecord file = read_golden("stack_version_0");
   ASSERT_THAT(file.stacks, SizeIs(2));
@@ -207,6 +252,57 @@ TEST(ChainTest, AFooterOf64BytesStillBringsColumnPositions) {
   EXPECT_THAT(file.stacks[0].labels, ElementsAre("X", "Zeit"));
 }
 
+TEST(ChainTest, AFooterOfItsSizeAloneLeavesEverythingAtItsDefaults) {
+  std::string bytes = with_number(golden("footer_64"), probe_footer, 4, 4);
+  // The labels come at once, and what stood in front of them is dead.
+  const std::string labels = bytes.substr(probe_footer + 64, 5 + 8);
+  bytes.replace(probe_footer + 4, labels.size(), labels);
+  const FileRecord file = read_record(bytes);
+  ASSERT_THAT(file.stacks, SizeIs(2));
+  EXPECT_THAT(file.stacks[0].labels, ElementsAre("X", "Zeit"));
+  EXPECT_THAT(file.stacks[0].column_positions, ElementsAre(IsEmpty(), IsEmpty()));
+  EXPECT_TRUE(is_neutral(file.stacks[0].footer.data_unit));
+  EXPECT_EQ(file.stacks[0].footer.required_reader_version, 0xFFFFFFFFu);
+  EXPECT_EQ(file.stacks[0].stack_end, probe_footer + 4 + labels.size());
+}
+
+TEST(ChainTest, AnyNumberButZeroSaysThatColumnsAreStored) {
+  for (const u64 flag : {2U, 0x100U, 0x80000000U, 0xFFFFFFFFU}) {
+    std::string bytes = with_number(golden("raw"), probe_footer + 4, flag, 4);
+    bytes = with_number(bytes, probe_footer + 64 + 4, flag, 4);
+    expect_full_sections(read_record(bytes).stacks[0]);
+  }
+}
+
+TEST(ChainTest, OfADimensionOfSizeZeroNoColumnsStandInTheFile) {
+  std::string bytes = with_number(golden("empty_zipped"), first_stack + 24, 0, 4);
+  bytes = with_number(bytes, first_stack + 368 + 4, 1, 4);
+  bytes = with_number(bytes, first_stack + 368 + 64, 1, 4);
+  const StackRecord stack = read_record(bytes).stacks[0];
+  EXPECT_EQ(stack.footer.has_column_positions[0], 1u);
+  EXPECT_EQ(stack.footer.has_column_labels[0], 1u);
+  EXPECT_THAT(stack.column_positions, ElementsAre(IsEmpty()));
+  EXPECT_THAT(stack.column_labels, ElementsAre(IsEmpty()));
+  EXPECT_EQ(stack.footer.stack_end, first_stack + 368 + 1444 + 4 + 4);
+}
+
+TEST(ChainTest, TagsEndWithTheirEmptyKeyWhateverTheirSizeSays) {
+  const StackRecord whole = read_golden("raw").stacks[0];
+  for (const u64 size : {u64{1}, u64{4}, u64{1} << 40, ~u64{0}}) {
+    const std::string bytes = with_number(golden("raw"), probe_footer + 1424, size, 8);
+    EXPECT_EQ(read_record(bytes).stacks[0].tags, whole.tags);
+  }
+  const std::string bytes = with_number(golden("raw"), probe_footer + 1424, 0, 8);
+  EXPECT_THAT(read_record(bytes).stacks[0].tags, IsEmpty());
+}
+
+TEST(ChainTest, TheStackEndThatIsStoredIsTaken) {
+  for (const u64 end : {u64{1}, u64{123456789}, u64{1} << 63, ~u64{0}}) {
+    const std::string bytes = with_number(golden("raw"), probe_footer + 1432, end, 8);
+    EXPECT_EQ(read_record(bytes).stacks[0].stack_end, end);
+  }
+}
+
 TEST(ChainTest, ALongFooterIsSkippedToItsEnd) {
   const StackRecord stack = read_golden("footer_1500").stacks[0];
   EXPECT_EQ(stack.footer.footer_size, 1500u);
@@ -216,6 +312,10 @@ TEST(ChainTest, ALongFooterIsSkippedToItsEnd) {
 
 TEST(ChainTest, ARequiredVersionUpToOurOwnPasses) {
   EXPECT_EQ(read_golden("required_version_1").stacks[0].footer.required_reader_version, 1u);
+  for (const u64 version : {0U, 5U, 0xFFFFFFFFU}) {
+    const std::string bytes = with_number(golden("raw"), probe_footer + 1440, version, 4);
+    EXPECT_EQ(read_record(bytes).stacks[0].footer.required_reader_version, version);
+  }
 }
 
 TEST(ChainTest, AFirstPositionOfZeroEndsTheChainWhateverFollows) {
@@ -249,6 +349,12 @@ TEST(ChainTest, ARecordIsFilledAnew) {
   file.seek(0);
   read_chain(file, record);
   EXPECT_THAT(record.stacks, SizeIs(2));
+}
+
+TEST(ChainTest, WhatFollowsTheEmptyKeyOfTheDictionaryIsNotLookedAt) {
+  const FileRecord file = read_record(golden("no_stack") + std::string("\1\0\0\0k\0\0\0\0", 9));
+  EXPECT_THAT(file.dictionary, ElementsAre(Pair("ome_xml", "<OME/>")));
+  EXPECT_EQ(file.dictionary_end, golden("no_stack").size());
 }
 
 // The dictionary is what a killed writer has not written yet.

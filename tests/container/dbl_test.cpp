@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <unistd.h>
 #include <vrelio/container/bf_file.h>
 #include <vrelio/container/chain.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -64,6 +67,13 @@ TEST(DblTest, SizesThatTheFieldsCannotHoldTouchNoFile) {
     EXPECT_EQ(write(file, dims, &sample, 0), 0);
     EXPECT_EQ(file.content(), "kept");
   }
+}
+
+TEST(DblTest, AFileThatSomebodyHoldsOpenIsNotReplaced) {
+  const TemporaryFile file("kept");
+  const VFile holder(file.name(), VFile::mode_read);
+  EXPECT_EQ(write(file, {1, 1, 1, 1}, some_samples(1).data(), 0), 0);
+  EXPECT_EQ(file.content(), "kept");
 }
 
 TEST(DblTest, AFileThatCannotBeMadeGivesZero) {
@@ -298,6 +308,15 @@ TEST(DblFileTest, AnySampleIsReadByItsPosition) {
   EXPECT_EQ(sample, 18.1F);
 }
 
+TEST(DblFileTest, ItsStackEndsBehindTheSamplesThatCount) {
+  const DblFile file(double_file({3, 1, 4, 1}, some_samples(12)));
+  VBFFile opened(file.name(), VFile::mode_read);
+  opened->seek_to_stack_end(0);
+  const int descriptor = VFile::to_descriptor(opened->detach());
+  EXPECT_EQ(::lseek(descriptor, 0, SEEK_CUR), 128 + 3 * 8);
+  ::close(descriptor);
+}
+
 TEST(DblFileTest, TheFirstSizeBelowTwoEndsTheDimensions) {
   const DblFile file(double_file({3, 1, 4, 1}, some_samples(12)));
   VBFFile opened(file.name(), VFile::mode_read);
@@ -317,6 +336,30 @@ TEST(DblFileTest, ASingleSampleHasNoDimension) {
   double sample = 0;
   stack->read(type_double, &sample, nullptr);
   EXPECT_EQ(sample, 0.1);
+}
+
+TEST(DblFileTest, AFirstSizeOfZeroLeavesNoDimensionAndASampleThatTheFileDoesNotHave) {
+  const DblFile file(double_file({0, 5, 1, 1}, {}));
+  VBFFile opened(file.name(), VFile::mode_read);
+  const auto stack = opened->get_stack(0);
+  EXPECT_EQ(stack->get_rank(), 0U);
+  double sample = 0;
+  EXPECT_VREL_ERROR(stack->read(type_double, &sample, nullptr), "Failed reading 8 bytes from file!",
+                    -3);
+}
+
+TEST(DblFileTest, NothingCanBeWrittenToIt) {
+  const std::string bytes = double_file({2, 1, 1, 1}, some_samples(2));
+  const DblFile file(bytes);
+  VBFFile opened(file.name(), VFile::mode_read);
+  EXPECT_VREL_ERROR(opened->add_stack(false), "File not open for writing!", -1);
+  EXPECT_VREL_ERROR(opened->set_description("text"),
+                    "Read-only handle specified in write function!", -9);
+  EXPECT_VREL_ERROR(opened->get_stack(0)->commit(0),
+                    "Stack is already complete. Invalid call to write()!", -1);
+  opened->close();
+  std::ifstream stream(file.path(), std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), bytes);
 }
 
 TEST(DblFileTest, AllFourSizesCount) {

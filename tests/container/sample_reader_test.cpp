@@ -113,7 +113,10 @@ TEST(SampleReaderTest, RawSamplesThatTheDataAreaDoesNotHoldAreNotMadeUp) {
   open.stack().number_of_samples = 30;
   SampleReader reader(open.file(), open.stack());
   EXPECT_EQ(read(reader, 20, 4), golden_samples().substr(40));
+  const ScopedSystemFault never({SystemCall::read, -1, EIO});
   EXPECT_VREL_ERROR(read(reader, 20, 5), beyond, -1);
+  EXPECT_VREL_ERROR(read(reader, 24, 1), beyond, -1);
+  EXPECT_EQ(never.calls(), 0);
 }
 
 TEST(SampleReaderTest, AStreamThatIsTooShortIsAnInconsistency) {

@@ -125,6 +125,31 @@ TEST_F(TagTest, ANumberIsReadAsAnother) {
   EXPECT_TRUE(is_set);
 }
 
+TEST_F(TagTest, AValueIsReadInTheTypeThatItsTreeHas) {
+  const VProp value(2.5);
+  stack->set_tag("gain", value_of_any_kind, &value);
+  double gain = 0;
+  stack->get_tag("gain", real, &gain);
+  EXPECT_EQ(gain, 2.5);
+  VProp read;
+  stack->get_tag("gain", value_of_any_kind, &read);
+  EXPECT_TRUE(read == value);
+}
+
+TEST_F(TagTest, WhatCannotBecomeTheWantedTypeIsRefused) {
+  VProp tree;
+  tree["laser.power"] = 12.5;
+  stack->set_tag("setup", value_of_any_kind, &tree);
+  const std::string text = stack->get_tag("setup");
+  double power = 7;
+  EXPECT_VREL_ERROR(stack->get_tag("setup", real, &power), "Invalid cast!", -1);
+  EXPECT_EQ(power, 7);
+  stack->set_tag("gain", real, &power);
+  _s_vrel_RGB colour = {1, 2, 3};
+  EXPECT_VREL_ERROR(stack->get_tag("gain", 0x400, &colour), "Invalid cast!", -1);
+  EXPECT_EQ(stack->get_tag("setup"), text);
+}
+
 TEST_F(TagTest, ATreeGoesRound) {
   VProp tree;
   tree["laser.power"] = 12.5;
@@ -293,6 +318,68 @@ TEST_F(MetadataTest, AKeyOfAnotherTypeIsRefused) {
   metadata.replace(place, 6, "single");
   expect_refused(with_metadata(bytes, metadata),
                  "Type mismatch: found single[], expected double[]");
+}
+
+// The metadata of a stack with one of its keys renamed or of another kind, and what is told of it.
+struct OtherKey {
+  const char* name;
+  const char* from;
+  const char* to;
+  const char* message;
+};
+
+TEST_F(MetadataTest, EachKeyHasToBeThereAndToBeAnArrayOfItsKind) {
+  const std::string bytes = written();
+  const std::string metadata = read_record(bytes).stacks[0].metadata;
+  for (const OtherKey& row :
+       {OtherKey{"axes", "axes", "exes", "Type mismatch: found none, expected char[]"},
+        OtherKey{"offset", "offset", "uffset", "Type mismatch: found none, expected double[]"},
+        OtherKey{"projection", "projection", "prujection",
+                 "Type mismatch: found none, expected double[]"},
+        OtherKey{"the whole", "global_pos", "glibal_pos",
+                 "Type mismatch: found none, expected char[]"}}) {
+    SCOPED_TRACE(row.name);
+    std::string changed = metadata;
+    const std::string from = row.from;
+    for (std::size_t at = 0; (at = changed.find(from, at)) != std::string::npos;) {
+      changed.replace(at, from.size(), row.to);
+    }
+    ASSERT_NE(changed, metadata);
+    expect_refused(with_metadata(bytes, changed), row.message);
+  }
+}
+
+TEST_F(MetadataTest, ASingleNumberIsNoArray) {
+  const std::string bytes = written();
+  std::string metadata = read_record(bytes).stacks[0].metadata;
+  const std::size_t begin = metadata.find("<offset");
+  const std::string end = "</offset>";
+  metadata.replace(begin, metadata.find(end) + end.size() - begin,
+                   R"(<offset idx="1" type="double" size="1 1">0</offset>)");
+  expect_refused(with_metadata(bytes, metadata), "Type mismatch: found double, expected double[]");
+}
+
+TEST_F(MetadataTest, ThatIsNestedTooDeepIsRefusedInAnyVersion) {
+  const auto nested = [](int depth) {
+    std::string text;
+    for (int i = 0; i < depth; ++i) text += "<x>";
+    for (int i = 0; i < depth; ++i) text += "</x>";
+    return text;
+  };
+  const std::string bytes = written();
+  for (const int version : {1, 5}) {
+    for (const int depth : {257, 300000}) {
+      const TemporaryFile target(with_version(with_metadata(bytes, nested(depth)), version));
+      try {
+        const VBFFile refused(target.name(), VFile::mode_read);
+        ADD_FAILURE();
+      } catch (const VrelError& error) {
+        EXPECT_THAT(std::string(error.get_msg()),
+                    testing::AllOf(StartsWith("Invalid metadata found!\n"),
+                                   testing::HasSubstr("Elements are nested too deep")));
+      }
+    }
+  }
 }
 
 TEST_F(MetadataTest, APositionThatDoesNotFitIsRefused) {

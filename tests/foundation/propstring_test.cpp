@@ -172,6 +172,16 @@ TEST(VPropstringTest, AnUnknownEncodingIsNamedAndChangesNothing) {
   expect_refused([&] { text.to(no_encoding); });
   expect_refused([&] { VPropstring().to(no_encoding); });
   expect_refused([&] { text.size_in(no_encoding); });
+  expect_refused([&] { text.from("a", no_encoding, 1); });
+  expect_refused([&] { VPropstring("a", no_encoding); });
+  expect_refused([&] { VPropstring::size_in(L"a", no_encoding, 1); });
+  expect_refused([&] { VPropstring::length_of("a", no_encoding, 1); });
+  std::string out = "before";
+  unsigned int size = 6;
+  expect_refused([&] { text.to(out, no_encoding); });
+  expect_refused([&] { text.to(out.data(), size, no_encoding); });
+  EXPECT_EQ("before", out);
+  EXPECT_EQ(6U, size);
   EXPECT_EQ(std::wstring(L"before"), text);
 }
 
@@ -229,6 +239,9 @@ TEST(VPropstringTest, SizesCountBytesAndLengthsCountUnits) {
   EXPECT_EQ(3u, VPropstring::size_in(L"\u00B5m", VPropstring::encoding_utf8,
                                      VPropstring::zero_terminated));
   EXPECT_EQ(4u, VPropstring::size_in(L"a\0bc", VPropstring::encoding_utf8, 4));
+  EXPECT_EQ(2u, VPropstring::length_of("\xC2\xB5", VPropstring::encoding_windows1252,
+                                       VPropstring::zero_terminated));
+  EXPECT_EQ(3u, VPropstring::length_of("a\0b", VPropstring::encoding_utf8, 3));
 }
 
 RC_GTEST_PROP(VPropstringTest, AnyBytesInWindows1252ComeBackIfTheyAreDefined, (std::string bytes)) {

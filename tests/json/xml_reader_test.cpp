@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "json/xml_outcome.h"
@@ -620,6 +621,14 @@ TEST(XmlReaderTest, AStreamKeepsTheWhitespace) {
   std::istringstream in("<a x=\"1 2\">3 4\n</a>");
   EXPECT_TRUE(reader.read(in));
   EXPECT_EQ(root, Value(Object{{"a", Object{{"", "3 4\n"}, {"x", "1 2"}}}}));
+}
+
+TEST(XmlReaderTest, UnexpectedIsARuntimeError) {
+  const XmlReader::Unexpected character('!', "in tag name");
+  EXPECT_STREQ("Unexpected ! in tag name", character.what());
+  const XmlReader::Unexpected string(std::string("b"), "end tag");
+  const std::runtime_error& error = string;
+  EXPECT_STREQ("Unexpected b end tag", error.what());
 }
 
 // --- Hostile texts

@@ -4,14 +4,18 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
 
+#include <boost/make_shared.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "support/expect_error.h"
+
+class VPropInfo {};
 
 namespace {
 
@@ -151,6 +155,39 @@ TEST(ProparrayTest, AnEmptyShapeIsARow) {
   Numbers array = numbers({2, 3});
   array.set_size(Sizes{}, Base::set_mode_checked);
   EXPECT_EQ(array.get_size(true), (Sizes{1, 6}));
+}
+
+TEST(ProparrayTest, TheModesHaveTheirNumbers) {
+  EXPECT_EQ(Base::set_mode_shape, 0);
+  EXPECT_EQ(Base::set_mode_checked, 1);
+  EXPECT_EQ(Base::set_mode_resize, 2);
+  EXPECT_EQ(Base::set_mode_clear, 3);
+}
+
+TEST(ProparrayTest, AnEmptyShapeTakesElementsAwayOnlyByClearing) {
+  Numbers array = numbers({2, 3});
+  array.set_size(Sizes{}, Base::set_mode_resize);
+  EXPECT_EQ(array.get_size(true), (Sizes{1, 6}));
+  array.set_size(Sizes{}, Base::set_mode_clear);
+  EXPECT_EQ(array.get_size(true), (Sizes{0, 0}));
+}
+
+TEST(ProparrayTest, AShapeThatFitsIsTakenWhateverWasStored) {
+  for (const auto mode : {Base::set_mode_checked, Base::set_mode_resize}) {
+    Numbers array = numbers(6);
+    array.set_size({5, 5}, Base::set_mode_shape);
+    array.set_size({3, 2}, mode);
+    EXPECT_EQ(array.get_size(true), (Sizes{3, 2}));
+    EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+  }
+}
+
+TEST(ProparrayTest, ClearingReplacesAShapeThatFitsNothing) {
+  Numbers array = numbers(6);
+  array.set_size({5, 5}, Base::set_mode_shape);
+  array.set_size({2, 1}, Base::set_mode_clear);
+  EXPECT_EQ(array.get_size(true), (Sizes{2, 1}));
+  EXPECT_EQ(std::vector<int>(array), (std::vector<int>{0, 0}));
 }
 
 TEST(ProparrayTest, ResizingKeepsTheSequence) {
@@ -384,6 +421,21 @@ TEST(ProparrayTest, GrowingMovesValuesAndStructs) {
   const void* const field = std::as_const(structs)[0]["x"].value_ptr();
   for (unsigned int i = 1; i < 100; ++i) structs(i);
   EXPECT_EQ(std::as_const(structs)[0]["x"].value_ptr(), field);
+}
+
+TEST(ProparrayTest, GrowingKeepsTheAnnotations) {
+  const auto info = boost::make_shared<VPropInfo>();
+  VProparray<VProp> cells;
+  cells(0).set_info(info);
+  VPropstruct fields;
+  fields["x"].set_info(info);
+  for (unsigned int i = 1; i < 100; ++i) {
+    cells(i) = 1;
+    fields["x" + std::to_string(i)] = 1;
+  }
+  EXPECT_EQ(cells[0].get_info(), info);
+  EXPECT_EQ(fields["x"].get_info(), info);
+  EXPECT_EQ(info.use_count(), 3);
 }
 
 TEST(ProparrayTest, ElementsOfAShapeThatNoLongerFitsAreRefused) {

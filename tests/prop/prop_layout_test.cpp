@@ -2,14 +2,20 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <vrelio/prop/prop.h>
+#include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_visitor.h>
 
+#include <boost/make_shared.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <type_traits>
 #include <vector>
 
-// Visitors have no virtual destructor.
+class VPropInfo {};
+
+// Arrays and visitors have no virtual destructor.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace {
@@ -37,6 +43,60 @@ TEST(PropLayoutTest, AHandleIsFourPointers) { EXPECT_EQ(sizeof(VProp), 4 * sizeo
 
 TEST(PropLayoutTest, AHandleHasTwoSlots) {
   EXPECT_EQ(slots(VProp(), 2), functions({"_ZNK5VProp9value_ptrEv", "_ZN5VProp9value_ptrEv"}));
+}
+
+// The words that an object begins with.
+template <class T>
+std::vector<std::uintptr_t> words(const T& object, std::size_t count) {
+  std::vector<std::uintptr_t> found(count);
+  std::memcpy(found.data(), static_cast<const void*>(&object), count * sizeof found[0]);
+  return found;
+}
+
+TEST(PropLayoutTest, InAHandleTheValueStandsInFrontOfTheAnnotation) {
+  const VProp value(1);
+  EXPECT_NE(words(value, 4)[1], 0U);
+  EXPECT_EQ(words(value, 4)[2], 0U);
+  const VProp annotated;
+  const auto info = boost::make_shared<VPropInfo>();
+  annotated.set_info(info);
+  EXPECT_EQ(words(annotated, 4)[1], 0U);
+  EXPECT_EQ(words(annotated, 4)[2], reinterpret_cast<std::uintptr_t>(info.get()));
+}
+
+TEST(PropLayoutTest, NoDestructorTakesASlot) {
+  EXPECT_FALSE(std::has_virtual_destructor_v<VProp>);
+  EXPECT_FALSE(std::has_virtual_destructor_v<VProparrayBase>);
+  EXPECT_FALSE(std::has_virtual_destructor_v<VPropPos>);
+  EXPECT_FALSE(std::has_virtual_destructor_v<VPropVisitor>);
+}
+
+// Tells which of its operations is called.
+struct Array : VProparrayBase {
+  unsigned int count() const override { return 7; }
+  void resize(unsigned int n, bool clear) override { resized_to = clear ? n : 0; }
+  unsigned int resized_to = 0;
+};
+
+TEST(PropLayoutTest, AnArrayTellsItsCountInFrontOfResizing) {
+  Array array;
+  using Count = unsigned int (*)(const void*);
+  using Resize = void (*)(void*, unsigned int, bool);
+  const std::vector<void*> found = slots(array, 2);
+  EXPECT_EQ(reinterpret_cast<Count>(found[0])(&array), 7U);
+  reinterpret_cast<Resize>(found[1])(&array, 5, true);
+  EXPECT_EQ(array.resized_to, 5U);
+}
+
+TEST(PropLayoutTest, AnArrayHasItsBitsInFrontOfItsShape) {
+  Array array;
+  array.userbits = 0x123456789ABCDEF0;
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &words(array, 2)[1], sizeof bits);
+  EXPECT_EQ(bits, array.userbits);
+  EXPECT_EQ(sizeof(VProparrayBase),
+            sizeof(void*) + sizeof bits + sizeof(std::vector<unsigned int>));
+  EXPECT_EQ(sizeof(VProparray<int>), sizeof(VProparrayBase) + sizeof(std::vector<int>));
 }
 
 TEST(PropLayoutTest, APositionHasFiveSlots) {

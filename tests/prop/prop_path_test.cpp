@@ -49,6 +49,16 @@ TEST(PropPathTest, ADotAtTheEndIsTakenAway) {
   EXPECT_EQ(std::as_const(value)["a"].get<int>(), 1);
 }
 
+TEST(PropPathTest, AnArrayThatWasCreatedBeforeAnErrorStaysAsItHasGrown) {
+  VProp value;
+  EXPECT_VREL_ERROR(value["a(1)"], "Path ...'(1)' ends in struct array!", -1);
+  EXPECT_EQ(std::as_const(value)["a"], VProp(VProparray<VPropstruct>()));
+  EXPECT_VREL_ERROR(value["a(1).1"], "Error parsing prop path: '1' is not a valid name!", -1);
+  EXPECT_EQ(std::as_const(value)["a"], VProp(VProparray<VPropstruct>(2)));
+  EXPECT_VREL_ERROR(value["b{2}(0)"], "Path ...'(0)' ends in struct array!", -1);
+  EXPECT_EQ(std::as_const(value)["b"].get_arr(true)->count(), 3U);
+}
+
 TEST(PropPathTest, WhatWasCreatedBeforeAnErrorStays) {
   VProp value;
   EXPECT_VREL_ERROR(value["a.b.1"], "Error parsing prop path: '1' is not a valid name!", -1);
@@ -104,6 +114,17 @@ TEST(PropPathTest, AnElementOfNoArrayIsRefused) {
   EXPECT_VREL_ERROR(value["{0}.x"],
                     "Path ...'{0}.x' references cell content from a non-cell array!", -1);
   EXPECT_VREL_ERROR(value["(0).x"], "Path ...'(0).x' references struct from a non-struct array!",
+                    -1);
+  EXPECT_VREL_ERROR(value["(0)"], "Path ...'(0)' references struct from a non-struct array!", -1);
+}
+
+TEST(PropPathTest, CellsAndStructsOfArraysAreToldApart) {
+  VProp value;
+  value["c{0}"] = 1;
+  value["s(0).x"] = 1;
+  EXPECT_VREL_ERROR(value["c(0).x"], "Path ...'(0).x' references struct from a non-struct array!",
+                    -1);
+  EXPECT_VREL_ERROR(value["s{0}"], "Path ...'{0}' references cell content from a non-cell array!",
                     -1);
 }
 
@@ -178,7 +199,8 @@ TEST(PropPathTest, NamesBeginWithALetterOrAnUnderscore) {
   for (const char* name : {"a", "_", "a1", "a-", "_a-1", "Z9_-"}) {
     EXPECT_TRUE(vrel_prop_is_valid_name(name)) << name;
   }
-  for (const char* name : {"", "-a", "1", "1a", "a b", "a.b", "a{0}", " a", "a\n"}) {
+  for (const char* name :
+       {"", "-a", "1", "1a", "a b", "a.b", "a{0}", " a", "a\n", "\xE9", "a\xE9"}) {
     EXPECT_FALSE(vrel_prop_is_valid_name(name)) << name;
   }
   EXPECT_FALSE(vrel_prop_is_valid_name(std::string("a\0", 2)));

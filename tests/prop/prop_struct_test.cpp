@@ -122,4 +122,16 @@ TEST(PropstructTest, ReservingMovesWithoutCopies) {
   EXPECT_EQ(std::as_const(fields)["a"].value_ptr(), held);
 }
 
+TEST(PropstructTest, ReservingTakesANewPlaceUnlessThereIsMoreRoom) {
+  VPropstruct fields;
+  fields.reserve(10);
+  fields["a"] = 1;
+  const auto* const place = fields.data();
+  vrel_prop_reserve(fields, 9);
+  EXPECT_EQ(fields.data(), place);
+  vrel_prop_reserve(fields, 10);
+  EXPECT_NE(fields.data(), place);
+  EXPECT_EQ(names(fields), Names{"a"});
+}
+
 }  // namespace

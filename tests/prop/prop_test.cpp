@@ -6,6 +6,7 @@
 #include <vrelio/prop/prop_struct.h>
 
 #include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
 #include <complex>
 #include <cstdint>
 #include <limits>
@@ -13,6 +14,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "foundation/scoped_codeset.h"
 #include "support/expect_error.h"
 
 class VPropInfo {};
@@ -53,7 +55,22 @@ TEST(PropTest, NarrowTextIsInTheLocalEncoding) {
   EXPECT_EQ(VProp(std::string(text)).get<VPropstring>(), expected);
 }
 
+TEST(PropTest, NarrowTextFollowsTheEncodingOfTheLocale) {
+  const Vrel::testing::ScopedCodeset local("ISO-8859-1");
+  const VPropstring expected(std::wstring(L"10 \xB5m"));
+  char text[] = "10 \xB5m";
+  std::string copy = text;
+  for (const VProp& value :
+       {VProp(text), VProp("10 \xB5m"), VProp(copy), VProp(std::string(text))}) {
+    EXPECT_EQ(value.get<VPropstring>(), expected);
+  }
+}
+
 TEST(PropTest, WideTextIsTakenAsItStands) {
+  wchar_t text[] = L"\xD800x";
+  std::wstring copy = text;
+  EXPECT_EQ(VProp(text).get<VPropstring>(), copy);
+  EXPECT_EQ(VProp(copy).get<VPropstring>(), copy);
   EXPECT_EQ(VProp(L"\xD800x").get<VPropstring>(), std::wstring(L"\xD800x"));
   EXPECT_EQ(VProp(std::wstring(L"a\0b", 3)).get<VPropstring>(), std::wstring(L"a\0b", 3));
 }
@@ -90,6 +107,27 @@ TEST(PropTest, ConstAccessLeavesTheValueShared) {
   const VProp b(a);
   EXPECT_EQ(b.get<double>(), 1.5);
   EXPECT_TRUE(is_shared(a, b));
+}
+
+TEST(PropTest, APlainPointerReachesWhatTheCopiesShare) {
+  VProp a(1);
+  const VProp b(a);
+  *static_cast<int*>(a.value_ptr()) = 2;
+  EXPECT_EQ(b.get<int>(), 2);
+}
+
+TEST(PropTest, WhatNobodyHoldsAnyMoreIsDestroyed) {
+  const auto info = boost::make_shared<VPropInfo>();
+  VProp a;
+  a["x"].set_info(info);
+  VProp b;
+  b.swap(a);
+  a = b;
+  EXPECT_TRUE(is_shared(a, b));
+  b.clear();
+  EXPECT_EQ(info.use_count(), 2);
+  a = VProp();
+  EXPECT_EQ(info.use_count(), 1);
 }
 
 TEST(PropTest, ACopyIsOfOneLevel) {
@@ -195,6 +233,16 @@ TEST(PropTest, ACopyOfALockedValueCanBeLockedToo) {
   EXPECT_TRUE(b.lock());
 }
 
+TEST(PropTest, SwappingLeavesWhoSharesWhat) {
+  VProp alone(1);
+  VProp shared(2);
+  const VProp other(shared);
+  alone.swap(shared);
+  EXPECT_FALSE(alone.lock());
+  EXPECT_FALSE(other.lock());
+  EXPECT_TRUE(shared.lock());
+}
+
 TEST(PropTest, AReferenceIntoALockedValueStaysItsOwn) {
   VProp a(1);
   a.lock();
@@ -228,8 +276,10 @@ TEST(PropTest, AssigningTakesTheAnnotationAway) {
   VProp c(2);
   a.set_info(boost::make_shared<VPropInfo>());
   c.set_info(boost::make_shared<VPropInfo>());
+  const boost::weak_ptr<VPropInfo> given_up = a.get_info();
   a = c;
   EXPECT_FALSE(a.get_info());
+  EXPECT_TRUE(given_up.expired());
   EXPECT_TRUE(c.get_info());
 }
 
@@ -248,8 +298,13 @@ TEST(PropTest, SwappingTakesTheAnnotationsAlong) {
 TEST(PropTest, MovingTakesTheAnnotationAlong) {
   VProp a(1);
   a.set_info(boost::make_shared<VPropInfo>());
-  const VProp b(std::move(a));
+  VProp b(std::move(a));
   EXPECT_TRUE(b.get_info());
+  VProp c(2);
+  c = std::move(b);
+  EXPECT_TRUE(c.get_info());
+  c = VProp(3);
+  EXPECT_FALSE(c.get_info());
 }
 
 TEST(PropTest, ClearingKeepsTheAnnotation) {
@@ -274,6 +329,8 @@ TEST(PropTest, ANotANumberEqualsNothing) {
   EXPECT_FALSE(VProp(nan) == VProp(nan));
   EXPECT_FALSE(VProp(std::complex<double>(0, nan)) == VProp(std::complex<double>(0, nan)));
 }
+
+TEST(PropTest, ZeroEqualsMinusZero) { EXPECT_TRUE(VProp(0.0) == VProp(-0.0)); }
 
 TEST(PropTest, BothPartsOfComplexNumbersCount) {
   EXPECT_TRUE(VProp(std::complex<int>(1, 2)) == VProp(std::complex<int>(1, 2)));
@@ -355,6 +412,14 @@ TEST(PropTest, AccessThatIsRefusedKeepsTheValue) {
   EXPECT_EQ(value.get<int>(), 1);
 }
 
+TEST(PropTest, AccessThatIsRefusedHasMadeItsHandleTheSoleOwner) {
+  VProp a(1);
+  const VProp b(a);
+  EXPECT_VREL_ERROR(a.get<double>(), "Type mismatch: found int32, expected double", -1);
+  EXPECT_FALSE(is_shared(a, b));
+  EXPECT_EQ(a, b);
+}
+
 TEST(PropTest, AnArrayIsReachedWithoutItsElements) {
   const VProp array{VProparray<short>(3)};
   EXPECT_EQ(array.get_arr(true)->count(), 3U);
@@ -399,6 +464,25 @@ TEST(PropTest, ElementsOfAnotherKindAreRefused) {
   const VProp nothing;
   EXPECT_VREL_ERROR(nothing(0), "Type mismatch: found none, expected cell[]", -1);
   EXPECT_VREL_ERROR(nothing.s(0), "Type mismatch: found none, expected struct[]", -1);
+}
+
+TEST(PropTest, AnElementNeedsAnIndex) {
+  VProp cells;
+  EXPECT_VREL_ERROR(cells(), "Input rank '0' too low (< '2')!", -1);
+  EXPECT_VREL_ERROR(std::as_const(cells)(), "Input rank '0' too low (< '2')!", -1);
+  VProp structs;
+  EXPECT_VREL_ERROR(structs.s(), "Input rank '0' too low (< '2')!", -1);
+  EXPECT_VREL_ERROR(std::as_const(structs).s(), "Input rank '0' too low (< '2')!", -1);
+}
+
+TEST(PropTest, UpToFourIndicesLeadToAnElement) {
+  VProp cells;
+  cells(1, 0, 1) = 1;
+  EXPECT_EQ(cells.get_arr(true)->get_size(true), (VProparrayBase::index_list{2, 1, 2}));
+  cells.clear();
+  cells(0, 1, 2, 3) = 7;
+  EXPECT_EQ(cells.get_arr(true)->get_size(true), (VProparrayBase::index_list{1, 2, 3, 4}));
+  EXPECT_EQ(std::as_const(cells)(0, 1, 2, 3).get<int>(), 7);
 }
 
 TEST(PropTest, ReadingAnElementThatIsMissingAddsNone) {

@@ -127,6 +127,70 @@ TEST(PropPosTest, ACopyHasThePositionOfItsOwn) {
   EXPECT_EQ(pos.get_cur_idx(), 7U);
 }
 
+// Writes down every operation that a visitor can override, in its order.
+class Steps : public VPropVisitor {
+ public:
+  void reset() override { note("reset"); }
+  bool decend(const std::string& key) override { return note("decend to " + key); }
+  bool decend(unsigned int idx) override {
+    note(idx == no_index ? "decend" : "decend to " + std::to_string(idx));
+    return VPropVisitor::decend(idx);
+  }
+  bool set_key(const std::string& key) override {
+    note("key " + key);
+    return VPropVisitor::set_key(key);
+  }
+  void ascend() override {
+    note("ascend");
+    VPropVisitor::ascend();
+  }
+  bool visit(const VPropstring&) override { return note("text"); }
+  int visit(const VPropstruct&) override { return note("struct"); }
+  int visit(const VProp& value) override { return note(value.empty() ? "nothing" : "value"); }
+  int visit_exit(const VPropstruct&) override { return note("struct exit"); }
+  bool visit_exit(const VProp&) override { return note("exit"); }
+
+  std::vector<std::string> calls;
+
+ private:
+  bool note(const std::string& call) {
+    calls.push_back(call);
+    return true;
+  }
+};
+
+std::vector<std::string> steps_for(const VProp& value) {
+  Steps steps;
+  EXPECT_TRUE(steps.process(value));
+  return steps.calls;
+}
+
+TEST(PropVisitorTest, EveryStepThroughFieldsIsAnOperation) {
+  EXPECT_THAT(steps_for(two_fields()), ElementsAre("value", "decend", "key a", "value", "exit",
+                                                   "key b", "value", "exit", "ascend", "exit"));
+}
+
+TEST(PropVisitorTest, EveryStepThroughCellsIsAnOperation) {
+  EXPECT_THAT(steps_for(VProparray<VProp>{VProp(1), VProp()}),
+              ElementsAre("value", "decend to 0", "value", "exit", "ascend", "decend to 1",
+                          "nothing", "exit", "ascend", "exit"));
+}
+
+TEST(PropVisitorTest, EveryStepThroughAStructArrayIsAnOperation) {
+  VProp value;
+  value["(0).x"] = 1;
+  value["(1).y"] = 2;
+  EXPECT_THAT(steps_for(value),
+              ElementsAre("value", "decend to 0", "struct", "key x", "value", "exit", "struct exit",
+                          "ascend", "decend to 1", "struct", "key y", "value", "exit",
+                          "struct exit", "ascend", "exit"));
+}
+
+TEST(PropVisitorTest, TextsTakeNoStepsOfTheirOwn) {
+  EXPECT_THAT(steps_for(VProparray<VPropstring>{L"x", L"y"}),
+              ElementsAre("value", "text", "text", "exit"));
+}
+
 TEST(PropVisitorTest, AnEmptyValueIsVisitedAndLeft) {
   EXPECT_THAT(calls_for(VProp()), ElementsAre("value", "value exit"));
 }
@@ -368,6 +432,8 @@ TEST(PropVisitorTest, AnElementOfARowIsNamedByOneIndex) {
 }
 
 TEST(PropVisitorTest, APathIsCutAtADepth) { EXPECT_EQ(last_path(cells_in_field(), 1), "a"); }
+
+TEST(PropVisitorTest, WithoutALevelThereIsNoPath) { EXPECT_EQ(last_path(cells_in_field(), 0), ""); }
 
 TEST(PropVisitorTest, ADepthBeyondTheLevelsGivesTheWholePath) {
   EXPECT_EQ(last_path(cells_in_field(), 3), "a{1}");

@@ -96,6 +96,13 @@ TEST(PropXmlReadTest, WithoutMarksAnyFormThatIsGivenIsTaken) {
   }
 }
 
+TEST(PropXmlReadTest, HigherBitsOfTheFlagsAreFree) {
+  const std::string marked = "<x vprop_version='1' type='int32'>5</x>";
+  EXPECT_EQ(read(marked, 0x10002), VProp(5));
+  EXPECT_EQ(read(marked, 0x70000), VProp(5));
+  EXPECT_VREL_ERROR(read(marked, 0x10001), "Specified format does not match the xml string!", -1);
+}
+
 TEST(PropXmlReadTest, WithMarksTheTextFormIsRefused) {
   EXPECT_VREL_ERROR(read(root("type='int32'", "5"), vrel_xml_text),
                     "Specified format does not match the xml string!", -1);
@@ -275,6 +282,13 @@ TEST(PropXmlReadTest, ACellThatIsNotMarkedEmptyIsAnArray) {
   EXPECT_EQ(read_root("type='cell' size='0 0' isempty='0'", ""), VProp(VProparray<VProp>()));
 }
 
+TEST(PropXmlReadTest, AMarkOfEmptinessMayBeAWord) {
+  VProp value = 5;
+  vrel_import_xml(root("type='cell' isempty='true'", ""), value, vrel_xml_any);
+  EXPECT_TRUE(value.empty());
+  EXPECT_EQ(read_root("type='cell' size='0 0' isempty='false'", ""), VProp(VProparray<VProp>()));
+}
+
 TEST(PropXmlReadTest, AnotherMarkOfEmptinessIsRefused) {
   EXPECT_VREL_ERROR(read_root("type='cell' isempty='yes'", ""),
                     no_xml("Attribute 'isempty' cannot be read from 'yes'"), -1);
@@ -294,6 +308,11 @@ TEST(PropXmlReadTest, AnotherMarkMakesACellAnArrayOfTexts) {
   const VProp value = read_root("type='cell' size='1 1' userbits='6' ischar='2'", "<x>a</x>");
   EXPECT_EQ(value, VProp(VProparray<VPropstring>{L"a"}));
   EXPECT_EQ(value.get_arr(true)->userbits, 1U);
+}
+
+TEST(PropXmlReadTest, AMarkOfTextsThatIsNoIntegerIsRefused) {
+  EXPECT_VREL_ERROR(read_root("type='cell' size='1 1' ischar='true'", "<x>a</x>"),
+                    no_xml("Attribute 'ischar' cannot be read from 'true'"), -1);
 }
 
 TEST(PropXmlReadTest, AMarkThatDeniesTextsLeavesTheBits) {
@@ -431,6 +450,20 @@ TEST(PropXmlReadTest, AWrongPlaceInTheFirstStructIsRefused) {
   expect_no_struct_array("1 1", x(2));
   expect_no_struct_array("1 1", x(0));
   expect_no_struct_array("1 2", x(2) + x(2));
+}
+
+TEST(PropXmlReadTest, APlaceThatIsNoIntegerIsRefused) {
+  EXPECT_VREL_ERROR(read_root("type='struct' isarr='1'", "<x idx='first' type='int32'>5</x>"),
+                    no_xml("Attribute 'idx' cannot be read from 'first'"), -1);
+}
+
+TEST(PropXmlReadTest, OnlyInArraysOfStructsThePlaceCounts) {
+  EXPECT_EQ(read_root("type='cell' size='1 2'", x(9) + x(-9)),
+            VProp(VProparray<VProp>{VProp(5), VProp(5)}));
+  VProp expected;
+  expected["x"] = 5;
+  EXPECT_EQ(read_root("type='struct'", x(9)), expected);
+  EXPECT_EQ(read_root("idx='7' type='int32'", "5"), VProp(5));
 }
 
 TEST(PropXmlReadTest, ANameWithADotIsNoFieldOfTheFirstStruct) {

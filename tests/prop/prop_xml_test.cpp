@@ -213,6 +213,18 @@ TEST(PropXmlTest, TheFieldsOfAStructArrayStandInOneRow) {
                                  "<y idx=\"2\" type=\"int32\" size=\"1 1\">4</y>"));
 }
 
+TEST(PropXmlTest, FieldsOfASingleStructAreCountedAsOneWhereverItStands) {
+  VProp value;
+  value["(0).x"] = 1;
+  value["(1).x{0}.y"] = 2;
+  EXPECT_EQ(written(value),
+            root("userbits=\"0\" type=\"struct\" size=\"1 2\"",
+                 "<x idx=\"1\" type=\"int32\" size=\"1 1\">1</x>"
+                 "<x idx=\"2\" isarr=\"1\" userbits=\"0\" type=\"cell\" size=\"1 1\">"
+                 "<item idx=\"1\" type=\"struct\" size=\"1 1\">"
+                 "<y idx=\"1\" type=\"int32\" size=\"1 1\">2</y></item></x>"));
+}
+
 TEST(PropXmlTest, AStructArrayReadsBackWithItsShape) {
   VProp value;
   value["(1,1).x"] = 1;

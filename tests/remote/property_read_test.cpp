@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/scoped_codeset.h"
 #include "prop/every_kind.h"
 #include "prop/generators.h"
 #include "prop/nested_cells.h"
@@ -112,6 +113,11 @@ TEST(PropertyReadTest, ATextIsInTheLocalEncoding) {
   const VPropstring text(L"10 \xB5m");
   EXPECT_EQ(text.to(VPropstring::encoding_local), Json::get_value(VProp(text)).get<std::string>());
   EXPECT_EQ("", Json::get_value(VProp("")).get<std::string>());
+}
+
+TEST(PropertyReadTest, ATextFollowsTheEncodingOfTheLocale) {
+  const ScopedCodeset local("ISO-8859-1");
+  EXPECT_EQ("\xB5m", Json::get_value(VProp(L"\xB5m")).get<std::string>());
 }
 
 TEST(PropertyReadTest, AnEmptyPropertyHasNoValue) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/scoped_codeset.h"
 #include "prop/every_kind.h"
 #include "prop/generators.h"
 #include "prop/nested_cells.h"
@@ -305,6 +306,13 @@ TEST(PropertyWriteTest, AStringIsInTheLocalEncoding) {
   const VPropstring text(L"10 \xB5m");
   EXPECT_TRUE(changes(text.to(VPropstring::encoding_local), VProp("a"), VProp(text)));
   EXPECT_FALSE(changes(text.to(VPropstring::encoding_local), VProp(text), VProp(text)));
+}
+
+TEST(PropertyWriteTest, AStringFollowsTheEncodingOfTheLocale) {
+  const ScopedCodeset local("ISO-8859-1");
+  EXPECT_TRUE(changes("\xB5m", VProp(L"a"), VProp(L"\xB5m")));
+  EXPECT_FALSE(
+      changes(Array{"\xB5m"}, VProparray<VPropstring>{L"a"}, VProparray<VPropstring>{L"\xB5m"}));
 }
 
 TEST(PropertyWriteTest, AStringMayHoldAZeroByte) {

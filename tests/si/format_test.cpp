@@ -119,6 +119,13 @@ TEST(ValueFormatTest, APrefixStaysWithinTheLimitsOfItsUnit) {
   EXPECT_EQ(written(value(5e-26, {1}), 3, format_prefix), (Written{"0.0500", "ym"}));
 }
 
+TEST(ValueFormatTest, APrefixIsWrittenWhereTheNumberStaysFromAHundredthToAThousand) {
+  EXPECT_EQ(written(of("1000 km"), 4, format_prefix), (Written{"1000", "km"}));
+  EXPECT_EQ(written(of("1001 km"), 4, format_prefix), (Written{"1.001e6", "m"}));
+  EXPECT_EQ(written(of("1e-5 rad"), 3, format_prefix), (Written{"0.0100", "mrad"}));
+  EXPECT_EQ(written(of("0.99e-5 rad"), 3, format_prefix), (Written{"9.90e-6", "rad"}));
+}
+
 TEST(ValueFormatTest, EveryPrefixIsWritten) {
   constexpr const char* units[] = {"yA",
                                    "zA",
@@ -209,6 +216,14 @@ TEST(ValueFormatTest, DigitsCountFromTheFirst) {
   EXPECT_EQ(value(314.159).format(1, 0), "314");
 }
 
+TEST(ValueFormatTest, WhatLiesJustBelowAPowerOfTenHasTheDigitsOfThatPower) {
+  EXPECT_EQ(value(999.9).format(4, 0), "1000");
+  EXPECT_EQ(value(999.7).format(4, 0), "999.7");
+  EXPECT_EQ(value(9.999).format(3, 0), "10.0");
+  EXPECT_EQ(value(9.997).format(3, 0), "10.00");
+  EXPECT_EQ(of("999.9 m").format(4, format_prefix), "1.000km");
+}
+
 TEST(ValueFormatTest, LargeAndSmallNumbersHaveAnExponent) {
   EXPECT_EQ(value(1000.0).format(3, 0), "1000");
   EXPECT_EQ(value(1000.5).format(3, 0), "1.00e3");
@@ -258,6 +273,7 @@ TEST(ValueFormatTest, UnknownFlagsMeanNothing) {
 TEST(ValueFormatTest, AnInvalidValueIsWrittenInBaseUnits) {
   value invalid = of("?");
   EXPECT_EQ(invalid.format(3, format_plain), "1");
+  EXPECT_EQ(invalid.format(3, format_separate), "1 1");
   invalid *= of("2000 N");
   EXPECT_EQ(invalid.format(3, format_prefix), "2.00e3m*kg/s^2");
 }

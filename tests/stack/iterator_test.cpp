@@ -66,6 +66,12 @@ TEST(StackIteratorTest, ARegionIsWalkedAlone) {
             (Numbers{2, 3}));
 }
 
+TEST(StackIteratorTest, AllAxesBeforeTheOneThatGoesOnBeginAgain) {
+  const VStackImp stack = numbered({2, 3, 2});
+  EXPECT_EQ(walk(stack, region_of({0, 1, 0}, {2, 3, 2}, {1, 2, 0})),
+            (Numbers{2, 4, 8, 10, 3, 5, 9, 11}));
+}
+
 TEST(StackIteratorTest, AnAxisThatIsNotNamedIsHeld) {
   const VStackImp stack = numbered({2, 3});
   EXPECT_EQ(walk(stack, region_of({0, 2}, {2, 3}, {0})), (Numbers{4, 5}));

@@ -20,4 +20,10 @@ TEST(PhysicalRegionTest, ACopyIsIndependent) {
   copy.axes[0] = 2;
   EXPECT_EQ(region.from[0], 0);
   EXPECT_EQ(region.axes[0], 1);
+  VStackPhysicalRegion other(2);
+  other = copy;
+  copy.to[0] = 4;
+  EXPECT_EQ(other.from, std::vector<double>{3});
+  EXPECT_EQ(other.to, std::vector<double>{0});
+  EXPECT_EQ(other.axes.get_size(true), (std::vector<unsigned int>{1, 1}));
 }

@@ -26,6 +26,20 @@ TEST(PositionTest, ANewOneHasNoGlobalAxes) {
   EXPECT_EQ(position.projection.get_size(true), (Sizes{0, 0}));
 }
 
+TEST(PositionTest, ACopyIsIndependent) {
+  VStackPosition position;
+  position.create(Sizes{4}, 0);
+  VStackPosition copy(position);
+  copy.offset[0] = 5;
+  copy.axes[0] = VPropstring(L"copy");
+  EXPECT_EQ(position.offset[0], 0);
+  EXPECT_EQ(position.axes[0], VPropstring());
+  position = copy;
+  copy.projection[0] = 2;
+  EXPECT_EQ(position.offset[0], 5);
+  EXPECT_EQ(position.projection[0], 1);
+}
+
 TEST(PositionTest, EachAxisRunsAlongTheGlobalAxisOfItsNumber) {
   VStackPosition position;
   position.create(Sizes{4, 5}, 3);

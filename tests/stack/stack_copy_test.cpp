@@ -98,6 +98,22 @@ TEST(StackCopyTest, ARegionOutsideTheStackLeavesTheBufferAsItWas) {
   EXPECT_EQ(copied(source, region_of({5}, {8}, {0})), (Bytes{0, 0, 0}));
 }
 
+TEST(StackCopyTest, AnAxisHeldOutsideTheStackLeavesTheBufferAsItWas) {
+  const VStackImp source = numbered({2, 3});
+  VStackImp copy = numbered({3});
+  copy.copy(&source, region_of({-1, 3}, {2, 4}, {0}));
+  EXPECT_EQ(bytes_of(copy), (Bytes{1, 2, 3}));
+  copy.copy(&source, region_of({0, -1}, {2, 0}, {0}));
+  EXPECT_EQ(bytes_of(copy), (Bytes{1, 2}));
+}
+
+TEST(StackCopyTest, AnAxisThatTheStackDoesNotHaveAndWithoutItsIndexLeavesTheBufferAsItWas) {
+  const VStackImp source = numbered({2});
+  VStackImp copy = numbered({3});
+  copy.copy(&source, region_of({0, 1}, {2, 3}, {0, 1}));
+  EXPECT_EQ(bytes_of(copy), (Bytes{1, 2, 3, 0}));
+}
+
 TEST(StackCopyTest, AxesAreExchanged) {
   EXPECT_EQ(copied(numbered({2, 3}), region_of({0, 0}, {2, 3}, {1, 0})), (Bytes{1, 3, 5, 2, 4, 6}));
 }

@@ -111,6 +111,21 @@ TEST(StackImpTest, MoreBytesThan32BitsHoldAreRefused) {
   EXPECT_EQ(stack.get_number_of_elements(), 1U << 30);
 }
 
+TEST(StackImpTest, AStackOfMoreBytesThan32BitsHoldIsNotMade) {
+  EXPECT_VREL_ERROR(VStackImp(Ome::type_float, {1U << 30}, Ome::order_XYZTC),
+                    "The size increases the maximum size", -1);
+}
+
+TEST(StackImpTest, ATypeIsSetBeforeSizesAreRefused) {
+  VStackImp stack = bytes_stack({2});
+  fill(stack, {1, 2});
+  EXPECT_VREL_ERROR(stack.resize(Ome::type_double, {65536, 65536}),
+                    "The product exceeds the maximum size.", -1);
+  EXPECT_EQ(stack.get_dt(), 128);
+  EXPECT_EQ(stack.get_sizes(), Sizes{2});
+  EXPECT_EQ(bytes_of(stack), (Bytes{1, 2}));
+}
+
 TEST(StackImpTest, DestroyingLeavesOneElementOfNoType) {
   VStackImp stack = bytes_stack({2, 2});
   stack.share();

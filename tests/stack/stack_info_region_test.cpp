@@ -3,6 +3,7 @@
 #include <vrelio/stack/region.h>
 #include <vrelio/stack/stack_info_imp.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,7 @@ TEST(StackInfoRegionTest, TheLengthIsThatOfThePixels) {
   VStackInfoImp source = info_of({4});
   source.set_len(0, 8);
   EXPECT_EQ(part_of(source, region_of({-1}, {5}, {0})).get_length(0), 12);
+  EXPECT_EQ(part_of(source, region_of({1}, {VStackRegion::end_of_axis}, {0})).get_length(0), 6);
 }
 
 TEST(StackInfoRegionTest, TheOffsetGrowsByWholePixelsOfNoLength) {
@@ -110,6 +112,21 @@ TEST(StackInfoRegionTest, LabelsOfPixelsKeepTheirPlaces) {
   source.set_col_labels(0, {"a", "b", "c"});
   EXPECT_EQ(part_of(source, region_of({-1}, {2}, {0})).get_col_labels(0), (Texts{"", "a", "b"}));
   EXPECT_EQ(part_of(source, region_of({2}, {4}, {0})).get_col_labels(0), (Texts{"c", ""}));
+  EXPECT_EQ(part_of(source, region_of({1}, {VStackRegion::end_of_axis}, {0})).get_col_labels(0),
+            (Texts{"b", "c"}));
+}
+
+TEST(StackInfoRegionTest, OfLabelsAndPositionsThatNoLongerFitThoseThatThereAreAreShown) {
+  VStackInfoImp source = info_of({2});
+  source.set_col_labels(0, {"a", "b"});
+  source.set_col_positions(0, {1, 2});
+  source.create(Sizes{500}, 4);
+  const VStackInfoImp part = part_of(source, region_of({0}, {400}, {0}));
+  Texts labels(400);
+  labels[0] = "a";
+  labels[1] = "b";
+  EXPECT_EQ(part.get_col_labels(0), labels);
+  EXPECT_EQ(part.get_col_positions(0), Numbers(400));
 }
 
 TEST(StackInfoRegionTest, WhatTheResultHadBeforeDoesNotStay) {
@@ -195,6 +212,42 @@ TEST(StackInfoRegionTest, ThereAreAtLeastAsManyGlobalAxesAsAxes) {
   const VStackPosition position = part.get_stack_position();
   EXPECT_TRUE(position.is_valid_for(&part));
   EXPECT_EQ(values(position.projection), (Numbers{1, 0, 0, 1, 1, 0, 0, 0, 1}));
+}
+
+TEST(StackInfoRegionTest, GlobalAxesStayThoughThereAreFewerAxes) {
+  VStackInfoImp source = info_of({2, 3});
+  VStackPosition position;
+  position.create(Sizes{2, 3}, 4);
+  source.set_stack_position(position);
+  const VStackPosition part = part_of(source, region_of({0, 0}, {2, 3}, {1})).get_stack_position();
+  EXPECT_EQ(part.axes.count(), 4U);
+  EXPECT_EQ(values(part.projection), (Numbers{0, 1, 0, 0}));
+}
+
+TEST(StackInfoRegionTest, ATypeWithoutPixelTypeIsRefused) {
+  const VStackInfoImp source = info_of({2});
+  VStackRegion region = region_of({0}, {1}, {0});
+  region.type = 0x2000;
+  VStackInfoImp info(0);
+  EXPECT_STANDARD_ERROR(info.create(&source, region), std::invalid_argument,
+                        "Unsupported data type");
+  EXPECT_EQ(info.get_dt(), 0x2000);
+  EXPECT_EQ(info.get_sizes(), Sizes{1});
+}
+
+// A description of another kind, whose position is what somebody made of it.
+class Misplaced : public VStackInfoImp {
+ public:
+  using VStackInfoImp::VStackInfoImp;
+  VStackPosition get_stack_position() const override { return VStackPosition(); }
+};
+
+TEST(StackInfoRegionTest, APositionThatDoesNotFitItsStackIsRefused) {
+  const Misplaced source(Ome::type_uint16, {2}, Ome::order_XYZTC);
+  VStackInfoImp info(0);
+  EXPECT_VREL_ERROR(info.create(&source, region_of({0}, {1}, {0})),
+                    "Invalid global stack position!", -1);
+  EXPECT_EQ(info.get_rank(), 0U);
 }
 
 TEST(StackInfoRegionTest, AnInvalidRegionIsRefused) {

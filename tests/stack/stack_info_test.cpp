@@ -5,12 +5,16 @@
 
 #include <boost/make_shared.hpp>
 #include <climits>
+#include <ctime>
 #include <functional>
+#include <iomanip>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "support/expect_error.h"
+#include "support/scoped_time_zone.h"
 
 namespace {
 
@@ -189,6 +193,13 @@ TEST(StackInfoTest, SizesFollowTheLettersOfTheOrder) {
   }
 }
 
+TEST(StackInfoTest, SizesFollowTheOrderThatTheImageHasNow) {
+  Info info(0);
+  info.meta_data().DimensionOrder = Json::Value("XYTCZ");
+  info.create({2, 3, 4, 5, 6}, 4);
+  EXPECT_EQ(image_sizes(info), (Numbers{2, 3, 6, 5, 4}));
+}
+
 TEST(StackInfoTest, NewAxesHaveDefaultsAndOldOnesKeepTheirs) {
   Info info = info_of({2});
   info.set_len(0, 5);
@@ -207,6 +218,17 @@ TEST(StackInfoTest, ATypeWithoutPixelTypeIsRefusedAndStored) {
   EXPECT_EQ(info.get_dt(), 0x1000);
   info.create({1}, 0);
   EXPECT_EQ(info.get_dt(), 0);
+}
+
+TEST(StackInfoTest, ATypeStandsInTheImageUntilThereIsAnother) {
+  Info info(1);
+  EXPECT_TRUE(info.meta_data().Type.value().is_null());
+  info.create({1}, 0x40000080);
+  EXPECT_EQ(value_of<std::string>(info.meta_data().Type.value()), "double-complex");
+  info.create({1}, 1);
+  EXPECT_EQ(value_of<std::string>(info.meta_data().Type.value()), "uint8");
+  info.create({1}, 0);
+  EXPECT_EQ(value_of<std::string>(info.meta_data().Type.value()), "uint8");
 }
 
 TEST(StackInfoTest, TheBufferIsAsLargeAsItsElements) {
@@ -249,6 +271,19 @@ TEST(StackInfoTest, TheLengthOfTimeIsInSeconds) {
   info.set_len(3, 0);
   EXPECT_TRUE(info.meta_data().TimeIncrement.value().is_null());
   EXPECT_TRUE(info.meta_data().TimeIncrementUnit.value().is_null());
+}
+
+TEST(StackInfoTest, TheLetterOfAnAxisTellsWhichStepItHas) {
+  Info info = info_of({1, 1, 4, 1, 5}, Ome::order_XYTCZ);
+  info.set_len(2, 8);
+  info.set_len(4, 15);
+  EXPECT_EQ(value_of<double>(info.meta_data().TimeIncrement.value()), 2);
+  EXPECT_EQ(value_of<double>(info.meta_data().PhysicalSizeZ.value()), 3);
+  info.meta_data().DimensionOrder = Json::Value("XYZCT");
+  info.set_len(2, 16);
+  info.set_len(4, 25);
+  EXPECT_EQ(value_of<double>(info.meta_data().PhysicalSizeZ.value()), 4);
+  EXPECT_EQ(value_of<double>(info.meta_data().TimeIncrement.value()), 5);
 }
 
 TEST(StackInfoTest, OnePointInTimeHasNoIncrement) {
@@ -308,10 +343,21 @@ TEST(StackInfoTest, AListSetsWhatComesBeforeAnAxisWithoutPlace) {
   EXPECT_EQ(info.get_lengths(), (Numbers{4, 4, 4, 4, 4}));
 }
 
+TEST(StackInfoTest, AListEndsAtAnAxisWithoutPlace) {
+  Info info = info_of({2, 2, 2, 2}, Ome::order_XYCZT);
+  EXPECT_STANDARD_ERROR(info.set_len(Numbers{3, 4, 5, 6}), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_EQ(info.get_lengths(), (Numbers{3, 4, 5, 1}));
+  EXPECT_STANDARD_ERROR(info.set_off(Numbers{3, 4, 5, 6}), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_EQ(info.get_offsets(), (Numbers{3, 4, 5, 0}));
+}
+
 // --- Offsets in the planes of the image
 
-Info info_with_planes(const Sizes& sizes, unsigned int count) {
-  Info info = info_of(sizes);
+Info info_with_planes(const Sizes& sizes, unsigned int count,
+                      Ome::DimensionOrder order = Ome::order_XYZTC) {
+  Info info = info_of(sizes, order);
   for (unsigned int i = 0; i < count; ++i) {
     const auto plane = info.meta_data().Plane.append();
     plane->TheZ = Json::Value(static_cast<int>(i));
@@ -354,6 +400,54 @@ TEST(StackInfoTest, PlanesInTimeAreSpreadAroundTheOffset) {
   EXPECT_EQ(value_of<std::string>(planes[0]->DeltaTUnit.value()), "s");
 }
 
+TEST(StackInfoTest, TheLetterOfAnAxisTellsWhichPositionOfAPlaneItIs) {
+  Info info = info_with_planes({1, 1, 2, 1, 2}, 2, Ome::order_XYTCZ);
+  info.set_len(2, 4);
+  info.set_len(4, 6);
+  info.set_off(2, 10);
+  info.set_off(4, 20);
+  const auto& planes = info.meta_data().Plane;
+  EXPECT_EQ(value_of<double>(planes[0]->DeltaT.value()), 9);
+  EXPECT_EQ(value_of<double>(planes[1]->PositionZ.value()), 21.5);
+}
+
+// Writes past the fields, as a whole element that is assigned does.
+void set_in_pixels(Info& info, const std::string& key, const Json::Value& value) {
+  Json::Value pixels = info.meta_data().Pixels.value();
+  pixels[key] = value;
+  info.meta_data().Pixels = pixels;
+}
+
+TEST(StackInfoTest, AnOrderThatEndsBeforeAnAxisHasNoLetterForIt) {
+  Info info = info_of({1, 1, 1, 2});
+  set_in_pixels(info, "DimensionOrder", Json::Value("XY"));
+  EXPECT_STANDARD_ERROR(info.set_len(3, 5), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_STANDARD_ERROR(info.set_off(3, 5), std::invalid_argument,
+                        "Unsupported physical dimension");
+  EXPECT_TRUE(info.meta_data().TimeIncrement.value().is_null());
+}
+
+TEST(StackInfoTest, AStepThatIsAnIntegerBecomesADecimal) {
+  Info info = info_with_planes({1, 1, 2, 2}, 2);
+  set_in_pixels(info, "PhysicalSizeZ", Json::Value(2));
+  set_in_pixels(info, "TimeIncrement", Json::Value(4));
+  info.set_off(2, 10);
+  info.set_off(3, 20);
+  EXPECT_EQ(info.meta_data().PhysicalSizeZ.value(), Json::Value(2.0));
+  EXPECT_EQ(info.meta_data().TimeIncrement.value(), Json::Value(4.0));
+  EXPECT_EQ(value_of<double>(info.meta_data().Plane[0]->PositionZ.value()), 9);
+  EXPECT_EQ(value_of<double>(info.meta_data().Plane[1]->DeltaT.value()), 22);
+}
+
+TEST(StackInfoTest, AnOffsetIsToldToThePlanesThatThereAre) {
+  Info info = info_of({1, 1, 2, 2});
+  info.meta_data().PhysicalSizeZ = Json::Value();
+  info.set_off(2, 5);
+  EXPECT_EQ(info.get_offset(2), 5);
+  EXPECT_TRUE(info.meta_data().Plane.empty());
+}
+
 TEST(StackInfoTest, PlanesHaveNoTimeWithoutAnIncrement) {
   Info info = info_with_planes({1, 1, 1, 2}, 1);
   info.meta_data().Plane[0]->DeltaT = Json::Value(5.0);
@@ -368,6 +462,17 @@ TEST(StackInfoTest, AStepThatIsNoNumberPlacesNoPlane) {
   info.meta_data().PhysicalSizeZ = Json::Value();
   EXPECT_THROW(info.set_off(2, 10), std::bad_cast);
   EXPECT_EQ(info.get_offset(2), 10);
+  set_in_pixels(info, "PhysicalSizeZ", Json::Value("2"));
+  EXPECT_THROW(info.set_off(2, 11), std::bad_cast);
+  EXPECT_EQ(info.get_offset(2), 11);
+}
+
+TEST(StackInfoTest, APlaneWithoutItsIndexHasNoPlace) {
+  Info info = info_of({1, 1, 2});
+  info.meta_data().Plane.append();
+  EXPECT_THROW(info.set_off(2, 10), std::bad_cast);
+  EXPECT_EQ(info.get_offset(2), 10);
+  EXPECT_TRUE(info.meta_data().Plane[0]->PositionZ.value().is_null());
 }
 
 TEST(StackInfoTest, AnOffsetOfChannelsIsRefusedAndStored) {
@@ -457,6 +562,18 @@ TEST(StackInfoTest, ALabelAndALengthTellAMissingUnit) {
   }
 }
 
+TEST(StackInfoTest, ANumberOrAnInvalidUnitLeavesRoomForTheGuess) {
+  Info info = info_of({2});
+  info.set_label(0, "X");
+  for (const si::value& units : {si::value(2.0), si::value("xyzzy")}) {
+    info.set_units(0, units);
+    info.set_len(0, 1);
+    EXPECT_TRUE(info.get_units(0) == si::value("um"));
+    info.set_len(0, 1e-3);
+    EXPECT_TRUE(info.get_units(0) == si::value("m"));
+  }
+}
+
 TEST(StackInfoTest, NoUnitIsGuessedForOtherLabels) {
   Info info = info_of({2});
   for (const std::string label : {"", "T", "x", "X "}) {
@@ -519,6 +636,20 @@ TEST(StackInfoTest, TheAcquisitionDateHasItsOffsetFromUniversalTime) {
   EXPECT_TRUE(offset == "+00:00" || offset == "-00:00" || offset == "Z") << date;
 }
 
+TEST(StackInfoTest, TheAcquisitionDateIsNowInTheLocalZone) {
+  const ScopedTimeZone zone("ZONE-05:30");
+  Info info(1);
+  const std::time_t before = std::time(nullptr);
+  info.set_acquisition_date();
+  const std::time_t after = std::time(nullptr);
+  const auto date = value_of<std::string>(info.meta_data().AcquisitionDate.value());
+  EXPECT_EQ(date.substr(19), "+05:30") << date;
+  std::tm parts = {};
+  std::istringstream(date) >> std::get_time(&parts, "%Y-%m-%dT%H:%M:%S");
+  const std::time_t told = ::timegm(&parts) - (5 * 60 + 30) * 60;
+  EXPECT_TRUE(before <= told && told <= after) << date;
+}
+
 // --- The place of the stack
 
 TEST(StackInfoTest, APositionThatDoesNotFitIsRefused) {
@@ -569,6 +700,7 @@ TEST(StackInfoTest, ADescriptionIsMadeFromAnother) {
   EXPECT_EQ(info.get_col_positions(1), (Numbers{1, 2, 4}));
   EXPECT_EQ(value_of<double>(info.meta_data().PhysicalSizeX.value()), 2.5);
   EXPECT_TRUE(info.get_data_units().is_dimensionless());
+  EXPECT_TRUE(Info::get_stored_units(info, 0).is_dimensionless());
   info.create(&source, 64);
   EXPECT_EQ(info.get_dt(), 64);
 }
@@ -591,6 +723,26 @@ TEST(StackInfoTest, AStackOfFiveAxesCanBeTakenOver) {
   EXPECT_EQ(info.get_length(0), -7);
 }
 
+TEST(StackInfoTest, PlanesWithoutIndicesDoNotBarTakingOver) {
+  Info source = info_of({2, 2, 2});
+  source.set_off(2, 7);
+  Info info = info_of({2, 2, 2});
+  info.meta_data().Plane.append();
+  info.set_info(&source);
+  EXPECT_EQ(info.get_offset(2), 7);
+  EXPECT_TRUE(info.meta_data().Plane[0]->PositionZ.value().is_null());
+}
+
+TEST(StackInfoTest, LabelsAndPositionsOfPixelsAreTakenOverByAnAxisOfTheirSizeOnly) {
+  Info source = info_of({3});
+  source.set_col_labels(0, {"a", "b", "c"});
+  Info info = info_of({2});
+  EXPECT_VREL_ERROR(info.set_info(&source), "Wrong number of labels!", -15);
+  source.set_col_labels(0, {});
+  source.set_col_positions(0, {1, 2, 4});
+  EXPECT_VREL_ERROR(info.set_info(&source), "Wrong number of positions!", -15);
+}
+
 TEST(StackInfoTest, APositionIsTakenOverByAStackOfTheSameRankOnly) {
   Info source(1);
   VStackPosition position;
@@ -601,6 +753,12 @@ TEST(StackInfoTest, APositionIsTakenOverByAStackOfTheSameRankOnly) {
   EXPECT_EQ(info.get_stack_position().axes.count(), 4U);
   Info other(2);
   EXPECT_VREL_ERROR(other.set_info(&source), "Invalid global stack position!", -1);
+  Info longer = info_of({4, 5});
+  longer.set_len(0, 6);
+  longer.set_label(0, "X");
+  EXPECT_VREL_ERROR(info.set_info(&longer), "Invalid global stack position!", -1);
+  EXPECT_EQ(info.get_lengths(), Numbers{6});
+  EXPECT_EQ(info.get_labels(), Texts{"X"});
 }
 
 TEST(StackInfoTest, ADescriptionCanBeTakenOverFromItself) {
@@ -657,6 +815,7 @@ TEST(StackInfoTest, ALockedDescriptionGrowsAlongItsLastAxis) {
   info.set_variable_size(7);
   EXPECT_EQ(info.get_sizes(), (Sizes{2, 7}));
   EXPECT_EQ(info.get_number_of_elements(), 14U);
+  EXPECT_EQ(image_sizes(info), (Numbers{2, 7, 1, 1, 1}));
   EXPECT_TRUE(info.is_locked());
   EXPECT_VREL_ERROR(info.set_variable_size(UINT_MAX), "The product exceeds the maximum size.", -1);
   EXPECT_TRUE(info.is_locked());
@@ -673,6 +832,7 @@ TEST(StackInfoTest, AVariableTypeIsSetOnce) {
   info.lock();
   info.set_variable_type(64);
   EXPECT_EQ(info.get_dt(), 64);
+  EXPECT_EQ(value_of<std::string>(info.meta_data().Type.value()), "float");
   EXPECT_TRUE(info.is_locked());
   EXPECT_VREL_ERROR(info.set_variable_type(4), "The type is already set to 64.", -1);
   EXPECT_EQ(info.get_dt(), 64);

@@ -13,7 +13,8 @@
 /// \param data  the samples, as many as the product of `dims`, which has to fit 32 bits.
 /// \param single  0: they are stored as doubles; 1: they are narrowed to floats. With any other number `data`
 ///   points at floats, which are stored as they are.
-/// \return 1; 0 for a failure, also for sizes that the file cannot hold, which touch no file.
+/// \return 1; 0 for a failure, also for sizes that the file cannot hold and for a file that `VFile::open` holds
+///   open, where no file is touched.
 VRELIO_EXPORT int vrel_dbl_write(const char* name, const int* dims, const float* lengths,
                                  const double* data, int single);
 

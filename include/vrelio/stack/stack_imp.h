@@ -3,6 +3,7 @@
 
 #include <vrelio/export.h>
 #include <vrelio/ome/types.h>
+#include <vrelio/stack/remote_stack.h>
 #include <vrelio/stack/shared_memory.h>
 #include <vrelio/stack/stack.h>
 #include <vrelio/stack/stack_info_imp.h>
@@ -42,6 +43,12 @@ class VRELIO_EXPORT VStackImp : public VStackInterface, public VStackInfoImp {
   /// \param order  letters of the axes.
   /// \throws std::invalid_argument "Unsupported stack type", and as `create`.
   VStackImp(Ome::Type type, const std::vector<unsigned int>& sizes, Ome::DimensionOrder order);
+  /// A stack as `stack` describes it, on its elements, which move into shared memory if they are not
+  /// there yet.
+  /// \throws std::runtime_error "Cannot resize shared data" for a block that is smaller than the
+  ///   description asks for; boost::interprocess::interprocess_exception for an id that names no block; as
+  ///   `VStackInfoImp(const Remote::Stack&)`.
+  explicit VStackImp(const Remote::Stack& stack);
   /// A stack on the elements of `other`.
   VStackImp(const VStackImp& other);
   VStackImp& operator=(const VStackImp&) = delete;

@@ -50,7 +50,11 @@ class VRELIO_EXPORT VStackInfoInterface {
   ///   with positions of its own that is held outside of them.
   virtual void create(const VStackInfoInterface* info, const VStackRegion& region) = 0;
   /// Slot 3. Take over lengths, offsets, labels, description, name, labels and positions of columns and
-  /// the position from another stack, as far as both have the axes.
+  /// the position from another stack, as far as both have the axes. What the OME image has no place for is
+  /// stored without one.
+  /// \throws VrelError "Wrong number of labels!" or "Wrong number of positions!" (-15) for pixels of an axis
+  ///   of another size; "Invalid global stack position!" (-1) for another number of axes. What comes before
+  ///   in the list has been taken over then.
   virtual void set_info(const VStackInfoInterface* info) = 0;
   /// Slot 4. Set the name.
   virtual void set_name(const std::string& name) = 0;
@@ -72,6 +76,8 @@ class VRELIO_EXPORT VStackInfoInterface {
   /// image that there is.
   /// \throws std::invalid_argument "Unsupported physical dimension" for an axis of letter C and one
   ///   above 4; the offset is stored nevertheless.
+  /// \throws Json::BadCast "bad cast" for planes whose index on the axis, or an image whose step or size, is
+  ///   not known; the offset is stored nevertheless.
   virtual void set_off(unsigned int axis, double offset) = 0;
   /// Slot 10. Set the offsets of the first axes; see the other form.
   virtual void set_off(const std::vector<double>& offsets) = 0;

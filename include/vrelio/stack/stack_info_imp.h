@@ -4,6 +4,7 @@
 #include <vrelio/export.h>
 #include <vrelio/json/value.h>
 #include <vrelio/ome/types.h>
+#include <vrelio/stack/remote_stack.h>
 #include <vrelio/stack/stack_info.h>
 
 #include <cstddef>
@@ -24,6 +25,10 @@ class VRELIO_EXPORT VStackInfoImp : public virtual VStackInfoInterface {
   /// \param order  letters of the axes.
   /// \throws std::invalid_argument "Unsupported stack type", and as `create`.
   VStackInfoImp(Ome::Type type, const std::vector<unsigned int>& sizes, Ome::DimensionOrder order);
+  /// A stack as `stack` describes it: of its type, sizes, labels, lengths and offsets, with a copy of its
+  /// OME image. An image without an order of axes gets XYZTC.
+  /// \throws Json::BadCast "bad cast" for an image that breaks the schema's rules, and as `create`.
+  explicit VStackInfoImp(const Remote::Stack& stack);
   /// A copy that shares nothing; it is locked if `other` is.
   VStackInfoImp(const VStackInfoImp& other);
   VStackInfoImp& operator=(const VStackInfoImp&) = delete;

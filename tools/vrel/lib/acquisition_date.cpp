@@ -2,9 +2,11 @@
 
 #include <vrelio/json/xml_reader.h>
 
-#include <iterator>
 #include <optional>
 #include <string_view>
+#include <vector>
+
+#include "lib/ome_tree.h"
 
 namespace Vrel::tool {
 
@@ -22,23 +24,12 @@ std::optional<Json::Value> read_xml(const std::string& text) {
   return std::nullopt;
 }
 
-const Json::Value* child(const Json::Value* element, const char* key) {
-  if (element == nullptr || element->kind() != Json::kind_map) return nullptr;
-  return element->find(key);
-}
-
-// The content of an element has its place under the empty key.
-const Json::Value* in_content(const Json::Value* element, const char* key) {
-  return child(child(element, ""), key);
-}
-
-// One image stands alone, several are an array.
-const Json::Value* find_image(const Json::Value* images, std::size_t index, std::size_t count) {
-  if (images == nullptr) return nullptr;
-  if (images->kind() != Json::kind_array) return count == 1 ? images : nullptr;
-  const Json::Array& array = images->array();
-  if (array.size() != count || index >= count) return nullptr;
-  return &*std::next(array.begin(), static_cast<std::ptrdiff_t>(index));
+// There is one image for each stack.
+const Json::Value* find_image(const Json::Value& root, std::size_t index, std::size_t count) {
+  const Json::Value* const document = attribute(root, "ome:OME");
+  if (document == nullptr) return nullptr;
+  const std::vector<const Json::Value*> images = children(*document, "ome:Image");
+  return images.size() == count && index < count ? images[index] : nullptr;
 }
 
 // Digits in place of the zeros; behind the seconds their fraction and the zone.
@@ -66,11 +57,8 @@ std::string acquisition_date(const FileRecord& file, std::size_t index) {
   if (text == file.dictionary.end()) return "";
   const std::optional<Json::Value> root = read_xml(text->second);
   if (!root) return "";
-  const Json::Value* const images = in_content(child(&*root, "ome:OME"), "ome:Image");
-  const Json::Value* const date =
-      in_content(find_image(images, index, file.stacks.size()), "ome:AcquisitionDate");
-  if (date == nullptr || date->kind() != Json::kind_string) return "";
-  const std::string& shown = date->get<std::string>();
+  const Json::Value* const image = find_image(*root, index, file.stacks.size());
+  const std::string shown = image == nullptr ? "" : text_of(child(*image, "ome:AcquisitionDate"));
   return is_date_time(shown) ? shown : "";
 }
 

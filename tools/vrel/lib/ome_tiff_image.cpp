@@ -9,7 +9,7 @@
 
 #include "lib/axis_letters.h"
 #include "lib/complex_type.h"
-#include "lib/ome_tiff_units.h"
+#include "lib/ome_units.h"
 
 namespace Vrel::tool {
 

@@ -20,7 +20,7 @@ constexpr const char* ome_letters = "XYZCT";
 /// One axis of the image.
 struct OmeAxis {
   u64 size = 1;                ///< indices
-  const char* unit = nullptr;  ///< in UTF-8; null where none is known, and then all below is empty
+  std::string unit;            ///< in UTF-8; empty where none is known, and then all below is empty
   std::optional<double> step;  ///< from one index to the next, in the unit
   std::vector<double>
       positions;  ///< of each index on Z and T, of the centre on X and Y, in the unit

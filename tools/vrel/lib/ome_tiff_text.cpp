@@ -55,7 +55,7 @@ std::string attribute(const std::string& name, u64 value) {
 
 // The shortest text that reads back as the same number, whatever the locale. One that XML readers may
 // not take is left out.
-std::string number_attribute(const std::string& name, double value, const char* unit) {
+std::string number_attribute(const std::string& name, double value, const std::string& unit) {
   if (!std::isfinite(value)) return "";
   char text[32];
   const std::string number(text, std::to_chars(text, text + sizeof text, value).ptr);

@@ -1,5 +1,6 @@
 #include "lib/ome_units.h"
 
+#include <cmath>
 #include <string_view>
 
 namespace Vrel::tool {
@@ -42,10 +43,46 @@ constexpr UnitRow units[] = {
     {"d", 's', 86400.0}};
 // clang-format on
 
+// The place of a base unit among the exponents.
+std::size_t dimension_of(char base) { return base == 'm' ? 0 : 2; }
+
 si::value make_unit(char base, double factor) {
   si::exponent_list exponents;
-  exponents[base == 'm' ? 0 : 2] = si::fraction(1, 1);
+  exponents[dimension_of(base)] = si::fraction(1, 1);
   return {factor, exponents};
+}
+
+// As stored: fractions are not reduced, and a denominator may be 0.
+bool is_one(const ExponentRecord& exponent) {
+  return exponent.denominator != 0 && exponent.numerator == exponent.denominator;
+}
+
+bool has_only(const UnitRecord& unit, std::size_t dimension) {
+  for (std::size_t i = 0; i < unit.exponents.size(); ++i) {
+    const ExponentRecord& exponent = unit.exponents[i];
+    if (i == dimension ? !is_one(exponent) : exponent.numerator != 0) return false;
+  }
+  return std::isfinite(unit.factor) && unit.factor > 0;
+}
+
+// Units count as the same up to what their calculation may have lost.
+bool is_same(double a, double b) { return std::abs(a / b - 1) < 1e-9; }
+
+std::string find_name(char base, double factor) {
+  for (const PrefixRow& row : prefixes) {
+    if (is_same(factor, row.factor)) return std::string(row.name) + base;
+  }
+  for (const UnitRow& row : units) {
+    if (row.base == base && is_same(factor, row.factor)) return std::string(row.name);
+  }
+  return "";
+}
+
+std::optional<OmeUnit> to_ome(const UnitRecord& unit, char base, const OmeUnit& other) {
+  if (!has_only(unit, dimension_of(base))) return std::nullopt;
+  const std::string name = find_name(base, unit.factor);
+  if (!name.empty()) return OmeUnit{name, 1.0};
+  return OmeUnit{other.name, unit.factor / other.factor};
 }
 
 constexpr std::string_view greek_mu = "\xCE\xBC";
@@ -69,5 +106,11 @@ std::optional<si::value> ome_unit(const std::string& name) {
   }
   return std::nullopt;
 }
+
+std::optional<OmeUnit> to_ome_length(const UnitRecord& unit) {
+  return to_ome(unit, 'm', {"\xC2\xB5m", 1e-6});
+}
+
+std::optional<OmeUnit> to_ome_time(const UnitRecord& unit) { return to_ome(unit, 's', {"s", 1.0}); }
 
 }  // namespace Vrel::tool

@@ -1,0 +1,3 @@
+#include <vrelio/stack/remote_stack.h>
+
+Remote::Stack::~Stack() = default;
