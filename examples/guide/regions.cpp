@@ -15,8 +15,10 @@ int main() {
 
   VStackImp part(0);
   part.copy(whole.get(), region);
-  for (unsigned int axis = 0; axis < part.get_rank(); ++axis)
+  for (unsigned int axis = 0; axis < part.get_rank(); ++axis) {
+    part.set_units(axis, whole->get_units(region.permutation[axis]));  // a copy leaves them out
     std::cout << part.get_label(axis) << ' ' << part.get_dimension_size(axis) << ", ";
+  }
   const auto* const samples = reinterpret_cast<const float*>(part.get_data_ptr());
   std::cout << "first sample " << samples[0] << '\n';
 

@@ -12,10 +12,10 @@ LINK = re.compile(r"\]\(([^)#:]+)(?:#[^)]*)?\)")
 
 
 class InstalledTreeTest(unittest.TestCase):
-    maxDiff = None
-
-    def test_what_is_installed_is_what_tests_install_installed_files_lists(self):
-        self.assertEqual(listed_files(), files_below(PREFIX))
+    def test_what_is_installed_is_what_installed_files_txt_lists(self):
+        listed, installed = set(listed_files()), set(files_below(PREFIX))
+        self.assertEqual(sorted(installed - listed), [], "is installed and not listed")
+        self.assertEqual(sorted(listed - installed), [], "is listed and not installed")
 
     def test_no_file_holds_the_path_of_the_build_folder(self):
         traces = [name for name in files_below(PREFIX) if os.environ["VRELIO_BUILD"].encode() in (PREFIX / name).read_bytes()]

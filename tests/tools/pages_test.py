@@ -93,6 +93,22 @@ class ManualPageTest(unittest.TestCase):
             self.assertIn(part, text)
 
 
+class PageWriterTest(FolderTestCase):
+    def write_pages(self):
+        return subprocess.run([os.environ["VRELIO_PAGE_WRITER"], self.folder, self.path("pages")], capture_output=True,
+                              timeout=TIME_LIMIT, encoding="utf-8", check=False)
+
+    def test_a_verb_without_a_text_is_an_error(self):
+        self.write("vrel.man", b".SH OPTIONS\n@OPTIONS@\n")
+        result = self.write_pages()
+        self.assertEqual((result.returncode, result.stderr), (1, f"vrel_pages: Cannot read {self.path('vrel-export.man')}!\n"))
+
+    def test_a_text_without_the_options_is_an_error(self):
+        self.write("vrel.man", b".SH OPTIONS\nnone\n")
+        result = self.write_pages()
+        self.assertEqual((result.returncode, result.stderr), (1, "vrel_pages: The page of vrel has no options!\n"))
+
+
 BASH = """
 source "$1"; shift
 COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
