@@ -289,16 +289,20 @@ TEST(StackIteratorTest, EveryTypeIsReadAndWrittenAsEveryOther) {
 }
 
 TEST(StackIteratorTest, EveryTypeHasAnIteratorOfItsOwn) {
-#define EXPECT_ITERATOR(T)                                                       \
-  {                                                                              \
-    RawStack stack(Vrel::prop_id<T>, {2});                                       \
-    stack.bytes() = sample_bytes(Vrel::prop_id<T>);                              \
-    const VStackInterface::const_iterator<T> it(&stack, whole_of(stack));        \
-    T value;                                                                     \
-    it.read(value);                                                              \
-    EXPECT_EQ(0, std::memcmp(&value, stack.bytes().data(), sizeof value));       \
-    const auto made = VStackInterface::make_iterator(&stack, whole_of(stack));   \
-    EXPECT_NE(dynamic_cast<VStackInterface::iterator<T>*>(made.get()), nullptr); \
+#define EXPECT_ITERATOR(T)                                                                \
+  {                                                                                       \
+    RawStack stack(Vrel::prop_id<T>, {2});                                                \
+    stack.bytes() = sample_bytes(Vrel::prop_id<T>);                                       \
+    const VStackInterface::const_iterator<T> it(&stack, whole_of(stack));                 \
+    T value;                                                                              \
+    it.read(value);                                                                       \
+    EXPECT_EQ(0, std::memcmp(&value, stack.bytes().data(), sizeof value));                \
+    const auto made = VStackInterface::make_iterator(&stack, whole_of(stack));            \
+    EXPECT_NE(dynamic_cast<VStackInterface::iterator<T>*>(made.get()), nullptr);          \
+    const VStackInterface* const constant = &stack;                                       \
+    const auto reading = VStackInterface::make_iterator(constant, whole_of(stack));       \
+    EXPECT_NE(dynamic_cast<VStackInterface::const_iterator<T>*>(reading.get()), nullptr); \
+    EXPECT_EQ(dynamic_cast<VStackInterface::iterator<T>*>(reading.get()), nullptr);       \
   }
   VRELIO_STACK_TYPES(EXPECT_ITERATOR)
 #undef EXPECT_ITERATOR
