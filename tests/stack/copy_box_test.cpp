@@ -9,6 +9,7 @@
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -290,10 +291,11 @@ TEST(CopyBoxTest, OneLongRunIsConvertedPastTheCache) {
 }
 
 TEST(CopyBoxTest, LargeCropsAreCopiedAndTouchNothingElse) {
-  for (const std::size_t begin : {16u, 17u, 64u}) {
+  for (const auto& [begin, columns] :
+       {std::pair(16u, 128u), std::pair(17u, 128u), std::pair(64u, 128u), std::pair(64u, 127u)}) {
     Case box = large_box({0, 1, 2});
     box.destination_begin = begin;
-    box.axes[0] = {128, 4, 4};
+    box.axes[0] = {columns, 4, 4};
     box.axes[1].destination_stride = 4 * 140;
     box.axes[2].destination_stride = 4 * 140 * 258;
     box.destination_size = begin + std::size_t{4} * 140 * 258 * 131;

@@ -88,6 +88,7 @@ TEST(StackIteratorTest, AnAxisThatIsHeldOutsideIsHeldAtTheBeginning) {
 TEST(StackIteratorTest, AnEmptyRegionIsAtItsEndAtOnce) {
   const VStackImp stack = numbered({2, 3});
   EXPECT_TRUE(walk(stack, region_of({1, 0}, {1, 3}, {0, 1})).empty());
+  EXPECT_TRUE(walk(stack, region_of({2, 0}, {VStackRegion::end_of_axis, 3}, {0, 1})).empty());
   // Not even where the region is no region of the stack.
   EXPECT_TRUE(walk(stack, region_of({9}, {9}, {7})).empty());
 }
