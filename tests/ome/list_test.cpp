@@ -30,6 +30,15 @@ TEST(OmeListTest, NullIsAnEmptyList) {
   EXPECT_EQ(text_of(tree), R"({"ome:Channel":null})");
 }
 
+TEST(OmeListTest, AnEmptyArrayIsAnEmptyList) {
+  Value tree;
+  tree["ome:Channel"] = Json::Array();
+  Channels channels(tree);
+  EXPECT_EQ(channels.list.size(), 0U);
+  EXPECT_EQ(tree["ome:Channel"], Value(Json::Array()));
+  EXPECT_EQ(channels.list.append()->ID.value(), Value("Channel:1"));
+}
+
 TEST(OmeListTest, AnArrayHasAViewForEachItem) {
   Value tree;
   tree["ome:Channel"] = Json::Array{map_with_name("a"), Value(), map_with_name("c")};

@@ -9,6 +9,7 @@
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -272,11 +273,29 @@ TEST(CopyBoxTest, LargeBoxesAreCopiedInEveryOrder) {
   } while (std::next_permutation(permutation.begin(), permutation.end()));
 }
 
+TEST(CopyBoxTest, LargeBoxesOfShortRowsAreCopiedInBothOrders) {
+  for (const std::vector<std::size_t>& permutation :
+       {std::vector<std::size_t>{0, 1, 2}, std::vector<std::size_t>{1, 0, 2}})
+    expect_words_in_place(permuted(16, 16, {100003, 47, 1}, permutation));
+}
+
+TEST(CopyBoxTest, OneLongRunIsConvertedPastTheCache) {
+  std::vector<std::uint16_t> source(5000003);
+  std::iota(source.begin(), source.end(), std::uint16_t{0});
+  std::vector<float> copied(source.size() + 1, -1.0f);
+  ASSERT_TRUE(copy_box(4, 64, reinterpret_cast<const unsigned char*>(source.data()),
+                       reinterpret_cast<unsigned char*>(copied.data()), {{source.size(), 2, 4}}));
+  EXPECT_EQ(copied.back(), -1.0f);
+  copied.pop_back();
+  EXPECT_TRUE(copied == std::vector<float>(source.begin(), source.end()));
+}
+
 TEST(CopyBoxTest, LargeCropsAreCopiedAndTouchNothingElse) {
-  for (const std::size_t begin : {16u, 17u, 64u}) {
+  for (const auto& [begin, columns] :
+       {std::pair(16u, 128u), std::pair(17u, 128u), std::pair(64u, 128u), std::pair(64u, 127u)}) {
     Case box = large_box({0, 1, 2});
     box.destination_begin = begin;
-    box.axes[0] = {128, 4, 4};
+    box.axes[0] = {columns, 4, 4};
     box.axes[1].destination_stride = 4 * 140;
     box.axes[2].destination_stride = 4 * 140 * 258;
     box.destination_size = begin + std::size_t{4} * 140 * 258 * 131;

@@ -88,6 +88,7 @@ TEST(StackIteratorTest, AnAxisThatIsHeldOutsideIsHeldAtTheBeginning) {
 TEST(StackIteratorTest, AnEmptyRegionIsAtItsEndAtOnce) {
   const VStackImp stack = numbered({2, 3});
   EXPECT_TRUE(walk(stack, region_of({1, 0}, {1, 3}, {0, 1})).empty());
+  EXPECT_TRUE(walk(stack, region_of({2, 0}, {VStackRegion::end_of_axis, 3}, {0, 1})).empty());
   // Not even where the region is no region of the stack.
   EXPECT_TRUE(walk(stack, region_of({9}, {9}, {7})).empty());
 }
@@ -289,16 +290,20 @@ TEST(StackIteratorTest, EveryTypeIsReadAndWrittenAsEveryOther) {
 }
 
 TEST(StackIteratorTest, EveryTypeHasAnIteratorOfItsOwn) {
-#define EXPECT_ITERATOR(T)                                                       \
-  {                                                                              \
-    RawStack stack(Vrel::prop_id<T>, {2});                                       \
-    stack.bytes() = sample_bytes(Vrel::prop_id<T>);                              \
-    const VStackInterface::const_iterator<T> it(&stack, whole_of(stack));        \
-    T value;                                                                     \
-    it.read(value);                                                              \
-    EXPECT_EQ(0, std::memcmp(&value, stack.bytes().data(), sizeof value));       \
-    const auto made = VStackInterface::make_iterator(&stack, whole_of(stack));   \
-    EXPECT_NE(dynamic_cast<VStackInterface::iterator<T>*>(made.get()), nullptr); \
+#define EXPECT_ITERATOR(T)                                                                \
+  {                                                                                       \
+    RawStack stack(Vrel::prop_id<T>, {2});                                                \
+    stack.bytes() = sample_bytes(Vrel::prop_id<T>);                                       \
+    const VStackInterface::const_iterator<T> it(&stack, whole_of(stack));                 \
+    T value;                                                                              \
+    it.read(value);                                                                       \
+    EXPECT_EQ(0, std::memcmp(&value, stack.bytes().data(), sizeof value));                \
+    const auto made = VStackInterface::make_iterator(&stack, whole_of(stack));            \
+    EXPECT_NE(dynamic_cast<VStackInterface::iterator<T>*>(made.get()), nullptr);          \
+    const VStackInterface* const constant = &stack;                                       \
+    const auto reading = VStackInterface::make_iterator(constant, whole_of(stack));       \
+    EXPECT_NE(dynamic_cast<VStackInterface::const_iterator<T>*>(reading.get()), nullptr); \
+    EXPECT_EQ(dynamic_cast<VStackInterface::iterator<T>*>(reading.get()), nullptr);       \
   }
   VRELIO_STACK_TYPES(EXPECT_ITERATOR)
 #undef EXPECT_ITERATOR

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "stack/foreign_stack.h"
 #include "stack/raw_stack.h"
 #include "stack/region_of.h"
 #include "support/expect_error.h"
@@ -159,6 +160,25 @@ TEST(StackCopyTest, ASharedStackIsASource) {
   const VStackImp source = numbered({2});
   source.share();
   EXPECT_EQ(copied(source, region_of({0}, {2}, {0})), (Bytes{1, 2}));
+}
+
+TEST(StackCopyTest, AStackOfAnotherClassIsASource) {
+  const ForeignStack source(numbered({2, 3}));
+  VStackImp copy(0);
+  copy.copy(&source, region_of({0, 1}, {3, 3}, {1, 0}));
+  EXPECT_EQ(bytes_of(copy), (Bytes{3, 5, 4, 6, 0, 0}));
+}
+
+TEST(StackCopyTest, ALargeStackIsZeroAndCopiedUpToItsLastByte) {
+  constexpr std::size_t size = (std::size_t{9} << 20) + 1;
+  VStackImp source(Ome::type_uint8, {size}, Ome::order_XYZTC);
+  EXPECT_EQ(std::count(source.get_data_ptr(), source.get_data_ptr() + size, 0),
+            static_cast<std::ptrdiff_t>(size));
+  source.get_data_ptr()[0] = 1;
+  source.get_data_ptr()[size - 1] = 2;
+  VStackImp copy(0);
+  copy.copy(&source, 0);
+  EXPECT_EQ(bytes_of(copy), bytes_of(source));
 }
 
 // --- Refusals

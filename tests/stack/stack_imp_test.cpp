@@ -90,6 +90,15 @@ TEST(StackImpTest, ElementsStayInTheirPlacesInTheBuffer) {
   EXPECT_EQ(bytes_of(stack), (Bytes{1, 2, 0}));
 }
 
+TEST(StackImpTest, WithoutElementsThereAreNoBytesUntilThereAreElementsAgain) {
+  VStackImp stack = bytes_stack({2});
+  fill(stack, {1, 2});
+  stack.resize(Ome::type_uint8, {0});
+  EXPECT_EQ(stack.get_data_size(), 0U);
+  stack.resize(Ome::type_uint8, {2});
+  EXPECT_EQ(bytes_of(stack), Bytes(2));
+}
+
 TEST(StackImpTest, ElementsNeedAType) {
   VStackImp stack(0);
   EXPECT_VREL_ERROR(stack.create(Sizes{2}, 0), "Unknown type of elements", -1);

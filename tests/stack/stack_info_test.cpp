@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "stack/foreign_stack.h"
 #include "support/expect_error.h"
 #include "support/scoped_time_zone.h"
 
@@ -218,6 +219,21 @@ TEST(StackInfoTest, ATypeWithoutPixelTypeIsRefusedAndStored) {
   EXPECT_EQ(info.get_dt(), 0x1000);
   info.create({1}, 0);
   EXPECT_EQ(info.get_dt(), 0);
+}
+
+TEST(StackInfoTest, SizesBehindTheSecondNeedALetter) {
+  for (const Json::Value& order : {Json::Value(), Json::Value("XY")}) {
+    Info info(0);
+    Json::Value pixels = info.meta_data().Pixels.value();
+    pixels["DimensionOrder"] = order;
+    info.meta_data().Pixels = pixels;
+    EXPECT_STANDARD_ERROR(info.create({2, 3, 4}, 4), std::invalid_argument,
+                          "Unsupported physical dimension");
+    EXPECT_EQ(info.get_sizes(), (Sizes{2, 3, 4}));
+    EXPECT_EQ(image_sizes(info), (Numbers{2, 3, 1, 1, 1}));
+    info.take_sizes({4, 5});
+    EXPECT_EQ(image_sizes(info), Numbers(5));
+  }
 }
 
 TEST(StackInfoTest, ATypeStandsInTheImageUntilThereIsAnother) {
@@ -898,6 +914,27 @@ TEST(StackInfoTest, StoredUnitsAreNoGuess) {
   EXPECT_VREL_ERROR(Info::get_stored_units(info, 1), "Invalid axis specified!", -15);
   info.set_units(0, si::value(std::string("s")));
   EXPECT_EQ(Info::get_stored_units(info, 0), si::value(std::string("s")));
+}
+
+TEST(StackInfoTest, OfADescriptionOfAnotherClassTheUnitsAreThoseThatItTells) {
+  VStackImp held(Ome::type_uint16, {2}, Ome::order_XYZTC);
+  held.set_label(0, "X");
+  const ForeignStack foreign(held);
+  EXPECT_TRUE(Info::get_stored_units(foreign, 0) == si::value("um"));
+}
+
+TEST(StackInfoTest, ADescriptionOfAnotherClassIsTakenOverLikeAnyOther) {
+  VStackImp held(Ome::type_uint16, {2, 3}, Ome::order_XYZTC);
+  held.set_name("name");
+  held.set_len(0, 5);
+  held.set_col_positions(1, {1, 2, 4});
+  const ForeignStack foreign(held);
+  Info info(0);
+  info.create(&foreign, 0);
+  EXPECT_EQ(info.get_name(), "name");
+  EXPECT_EQ(info.get_sizes(), (Sizes{2, 3}));
+  EXPECT_EQ(info.get_length(0), 5);
+  EXPECT_EQ(info.get_col_positions(1), (Numbers{1, 2, 4}));
 }
 
 // --- Axes

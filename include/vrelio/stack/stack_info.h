@@ -35,7 +35,8 @@ class VRELIO_EXPORT VStackInfoInterface {
   /// \param type  data type id, or 0 for none yet.
   /// \throws VrelError "The product exceeds the maximum size." (-1), and nothing has changed.
   /// \throws std::invalid_argument "Unsupported number of sizes" for more than 5 of a stack with
-  ///   elements, "Unsupported data type" for a type without an OME pixel type; it is stored nevertheless.
+  ///   elements, "Unsupported physical dimension" if the OME image has no dimension order (any more),
+  ///   "Unsupported data type" for a type without an OME pixel type; it is stored nevertheless.
   /// \throws Json::BadCast "bad cast" for a size above 2^31 - 1; it is stored nevertheless.
   virtual void create(const std::vector<unsigned int>& sizes, int type) = 0;
   /// Slot 1. Become as another stack but for units; see `set_info`.
