@@ -68,7 +68,7 @@ StackFooter complete_footer(const StackRecord& stack) {
 
 RecordWriter::RecordWriter(VFile& file, const FileRecord& record)
     : file_(file), format_version_(record.header.format_version) {
-  const FileFields fields = write_file_start(file, format_version_, record.description, 0);
+  const FileFields fields = write_file_start(file, format_version_, record.description);
   link_position_ = fields.link;
   dictionary_field_ = fields.dictionary;
 }
