@@ -113,6 +113,7 @@ TEST(BFFileFaultTest, WhateverCallFailsWhileReadingTheNextReadSucceeds) {
       if (call == SystemCall::read) {
         EXPECT_EQ(failed, happened);
       }
+      expect_stack(stack, 1);
       EXPECT_EQ(read_stacks(file), stack_count);
       return happened;
     });

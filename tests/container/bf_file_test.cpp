@@ -172,6 +172,11 @@ TEST(BFFileTest, ImagesOfTheDocumentStandInTheMetadata) {
   EXPECT_THAT(text, testing::Not(HasSubstr("ome:Description")));
 }
 
+int count_piece(unsigned /*bytes*/, void* argument) {
+  ++*static_cast<int*>(argument);
+  return 1;
+}
+
 TEST(BFFileTest, AClosedFileIsLikeANewOne) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);
@@ -193,8 +198,15 @@ TEST(BFFileTest, AClosedFileIsLikeANewOne) {
   int level = -1;
   stack->get_compression(type, level);
   EXPECT_EQ(type, 0);
+  int pieces = 0;
+  file->set_progress_callback(count_piece, &pieces);
+  read_probe(stack);
+  EXPECT_EQ(pieces, 1);
   file->close();
   EXPECT_THAT(read_record(target.content()).description, "");
+  file->open(target.name(), VFile::mode_read);
+  read_probe(file->get_stack(0));
+  EXPECT_EQ(pieces, 1);
 }
 
 TEST(BFFileTest, TheSameHandleOpensOneFileAfterTheOther) {
@@ -681,7 +693,9 @@ TEST(BFFileTest, AFileStandsAnywhereInAStream) {
   EXPECT_TRUE(file->is_attached());
   add_probe(file, "a");
   add_probe(file, "b");
+  const std::string before = target.content();
   EXPECT_VREL_ERROR(file->close(), "File not opened with open(), cannot close.", -1);
+  EXPECT_EQ(target.content(), before);
   EXPECT_EQ(file->get_number_of_stacks(), 2u);
   EXPECT_EQ(file->detach(), stream.handle());
   EXPECT_FALSE(file->is_open());
