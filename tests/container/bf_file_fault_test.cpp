@@ -12,6 +12,7 @@
 
 #include "container/writing_session.h"
 #include "support/expect_error.h"
+#include "support/file_size_limit.h"
 #include "support/system_fault.h"
 #include "support/temporary_file.h"
 
@@ -120,6 +121,39 @@ TEST(BFFileFaultTest, WhateverCallFailsWhileReadingTheNextReadSucceeds) {
   }
 }
 
+// A file whose dictionary lies far behind its header.
+void write_far_dictionary(const TemporaryFile& target) {
+  VBFFile file(target.name(), VFile::mode_create);
+  const stack_ptr stack = file->add_stack(false);
+  stack->create({30000}, uint16);
+  const samples_list samples(30000);
+  stack->write(uint16, samples.data(), nullptr, VBFStackInterface::all_samples);
+  file->close();
+}
+
+TEST(BFFileFaultTest, WhatCannotBeReadWhileOpeningIsNotTakenForMissing) {
+  const TemporaryFile target;
+  write_far_dictionary(target);
+  for (const SystemCall call : {SystemCall::read, SystemCall::seek}) {
+    fail_each(call, EIO, [&](const Fault& fault) {
+      VBFFile file;
+      bool happened = false;
+      bool failed = false;
+      {
+        const ScopedSystemFault scope(fault);
+        try {
+          file->open(target.name(), VFile::mode_read);
+        } catch (const VrelError&) {
+          failed = true;
+        }
+        happened = scope.happened();
+      }
+      EXPECT_EQ(failed, happened);
+      return happened;
+    });
+  }
+}
+
 using Step = std::function<void()>;
 
 // A file of one raw stack, step by step.
@@ -133,17 +167,35 @@ void write_raw(VBFFileInterface* file, const std::function<void(const Step&)>& r
 }
 
 // Samples that are stored count, though what comes behind them has failed.
+void run_again(const Step& step) {
+  try {
+    step();
+  } catch (const VrelError& again) {
+    EXPECT_STREQ(again.get_msg(), "Trying to write more samples than the stack is long!");
+  }
+}
+
 void run_twice(const Step& step) {
   try {
     step();
   } catch (const VrelError& error) {
     EXPECT_EQ(error.get_oserr_id(), ENOSPC);
+    run_again(step);
+  }
+}
+
+// The first time in a file that cannot grow beyond a size.
+void run_limited(const Step& step, std::size_t size) {
+  bool failed = false;
+  {
+    const ScopedFileSizeLimit limit(size);
     try {
       step();
-    } catch (const VrelError& again) {
-      EXPECT_STREQ(again.get_msg(), "Trying to write more samples than the stack is long!");
+    } catch (const VrelError& error) {
+      failed = error.get_oserr_id() == EFBIG;
     }
   }
+  if (failed) run_again(step);
 }
 
 TEST(BFFileFaultTest, WhoTriesAgainGetsTheSameFile) {
@@ -168,6 +220,25 @@ TEST(BFFileFaultTest, WhoTriesAgainGetsTheSameFile) {
     EXPECT_EQ(target.content().substr(34, 3000), content.substr(34, 3000));
     return happened;
   });
+}
+
+TEST(BFFileFaultTest, WhoTriesAgainAfterATransferThatBrokeOffGetsTheSameFile) {
+  const TemporaryFile reference;
+  {
+    VBFFile file(reference.name(), VFile::mode_create);
+    write_raw(file, [](const Step& step) { step(); });
+    file->finish();
+  }
+  const std::string content = reference.content();
+  for (std::size_t size = 0; size < content.size(); size += 23) {
+    SCOPED_TRACE("limit " + std::to_string(size));
+    const TemporaryFile target;
+    VBFFile file(target.name(), VFile::mode_create);
+    write_raw(file, [&](const Step& step) { run_limited(step, size); });
+    file->finish();
+    // But for the position of the dictionary, which the reference has as well by now.
+    EXPECT_EQ(target.content().substr(34), content.substr(34, target.content().size() - 34));
+  }
 }
 
 TEST(BFFileFaultTest, AZlibStreamWhoseWritingFailedIsNotGoneOnWith) {

@@ -184,9 +184,14 @@ TEST(RecordWriterTest, PlainSamplesThatAreMissingAreNotCommitted) {
 TEST(RecordWriterTest, AStackWithoutSamplesStaysEmpty) {
   AttachedFile target;
   RecordWriter writer(target.file(), FileRecord());
-  writer.begin_stack(make_stack({3}), RecordWriter::Samples::plain);
+  StackRecord stack = make_stack({3});
+  stack.header.data_length = 5;
+  stack.flush_positions = {7, 8};
+  writer.begin_stack(stack, RecordWriter::Samples::plain);
   writer.commit_stack();
-  EXPECT_EQ(read_record(target.content()).stacks.at(0).header.data_length, 0u);
+  const StackRecord read = read_record(target.content()).stacks.at(0);
+  EXPECT_EQ(read.header.data_length, 0u);
+  EXPECT_TRUE(read.flush_positions.empty());
 }
 
 TEST(RecordWriterTest, ARecordThatDoesNotFitItsSizesIsRefusedBeforeAnythingIsWritten) {
