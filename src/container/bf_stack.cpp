@@ -49,9 +49,7 @@ VBFStackImp::VBFStackImp(const VBFStackImp& other)
       file_(other.file_),
       record_(other.record_),
       empty_(other.empty_),
-      state_(other.state_),
-      growing_(other.growing_),
-      samples_per_step_(other.samples_per_step_) {}
+      state_(other.state_) {}
 
 VBFStackImp::~VBFStackImp() = default;
 

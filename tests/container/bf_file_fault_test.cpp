@@ -121,6 +121,42 @@ TEST(BFFileFaultTest, WhateverCallFailsWhileReadingTheNextReadSucceeds) {
   }
 }
 
+// Read a stack of many steps onward, again where it failed.
+samples_list read_stubbornly(const stack_ptr& stack, unsigned step) {
+  samples_list samples(stack->get_number_of_elements());
+  for (int position = 0; position != VBFStackInterface::position_exhausted;) {
+    unsigned short* const destination = samples.data() + position;
+    try {
+      stack->read(uint16, destination, nullptr, step, position);
+    } catch (const VrelError& error) {
+      EXPECT_EQ(error.get_oserr_id(), EIO);
+    }
+  }
+  return samples;
+}
+
+TEST(BFFileFaultTest, AReadThatFailedInTheMiddleOfAStreamIsDoneAgainFromThere) {
+  const TemporaryFile target;
+  VBFFile file(target.name(), VFile::mode_create);
+  file->set_chunk_size(4096);
+  const stack_ptr stack = file->add_stack(false);
+  stack->create({40 * length}, uint16);
+  stack->set_compression(1, 1);
+  samples_list expected;
+  for (unsigned i = 0; i < 40; ++i) {
+    const samples_list more = samples_of(i);
+    expected.insert(expected.end(), more.begin(), more.end());
+    stack->write(uint16, more.data(), nullptr, length);
+  }
+  for (const unsigned step : {500U, 9000U}) {
+    fail_each(SystemCall::read, EIO, [&](const Fault& fault) {
+      const ScopedSystemFault scope(fault);
+      EXPECT_TRUE(read_stubbornly(stack, step) == expected);
+      return scope.happened();
+    });
+  }
+}
+
 // A file whose dictionary lies far behind its header.
 void write_far_dictionary(const TemporaryFile& target) {
   VBFFile file(target.name(), VFile::mode_create);
