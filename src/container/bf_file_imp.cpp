@@ -259,7 +259,7 @@ void VBFFileImp::set_description(const std::string& text) {
   if (!content_.is_header_pending) {
     raise(id_plain, "Header already written. Cannot set file description!");
   }
-  length_field(text);
+  length_field(text.size());
   content_.description = text;
 }
 

@@ -139,7 +139,7 @@ void VBFStackImp::set_flush_block_size(unsigned int size) {
 }
 
 void VBFStackImp::copy_units(const VStackInfoInterface& from, VStackInfoInterface& to) {
-  for (unsigned int axis = 0; axis < from.get_rank() && axis < to.get_rank(); ++axis) {
+  for (unsigned int axis = 0; axis < from.get_rank(); ++axis) {
     to.set_units(axis, get_stored_units(from, axis));
   }
   to.set_data_units(from.get_data_units());

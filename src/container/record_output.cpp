@@ -10,7 +10,7 @@ FileFields write_file_start(VFile& file, std::uint32_t format_version,
                             const std::string& description) {
   FileHeader header;
   header.format_version = format_version;
-  header.description_length = length_field(description);
+  header.description_length = length_field(description.size());
   const u64 position = checked_tell(file);
   RecordBuffer buffer;
   buffer.put(encode(header));
