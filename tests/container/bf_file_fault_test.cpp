@@ -277,6 +277,42 @@ TEST(BFFileFaultTest, WhoTriesAgainAfterATransferThatBrokeOffGetsTheSameFile) {
   }
 }
 
+TEST(BFFileFaultTest, ACommitThatFailedBehindTheSamplesOfAStreamIsDoneAgain) {
+  int recovered = 0;
+  fail_each(SystemCall::write, ENOSPC, [&](const Fault& fault) {
+    const TemporaryFile target;
+    VBFFile file(target.name(), VFile::mode_create);
+    const stack_ptr stack = file->add_stack(false);
+    stack->create({20, 0}, uint16);
+    stack->set_compression(1, 6);
+    const samples_list samples = samples_of(0);
+    stack->write(uint16, samples.data(), nullptr, length);
+    bool happened = false;
+    {
+      const ScopedSystemFault scope(fault);
+      try {
+        stack->commit(0);
+      } catch (const VrelError& error) {
+        EXPECT_EQ(error.get_oserr_id(), ENOSPC);
+      }
+      happened = scope.happened();
+    }
+    if (!happened) return false;
+    try {
+      stack->commit(0);
+      samples_list read(length);
+      file->get_stack(0)->read(uint16, read.data(), nullptr);
+      EXPECT_EQ(read, samples);
+      ++recovered;
+    } catch (const VrelError& error) {
+      EXPECT_STREQ(error.get_msg(), "File not open!");
+      EXPECT_EQ(recovered, 0) << "only the stream itself cannot be written again";
+    }
+    return true;
+  });
+  EXPECT_GE(recovered, 4);
+}
+
 TEST(BFFileFaultTest, AZlibStreamWhoseWritingFailedIsNotGoneOnWith) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);

@@ -286,6 +286,9 @@ TEST(BFFileTest, AFileThatDoesNotExistIsRefused) {
   const TemporaryFile target;
   EXPECT_VREL_ERROR(VBFFile(target.name(), VFile::mode_read), "Could not open file!", -1);
   EXPECT_VREL_ERROR(VBFFile(target.name(), VFile::mode_modify), "Could not open file!", -1);
+  for (const wchar_t* const name : {L"", L"l", L"bl"}) {
+    EXPECT_VREL_ERROR(VBFFile(name, VFile::mode_read), "Could not open file!", -1);
+  }
 }
 
 TEST(BFFileTest, AnOpenFileIsNotOpenedAgain) {

@@ -334,6 +334,10 @@ TEST(BFStackTest, ALayoutIsTakenFromAStackOrAPartOfOne) {
   EXPECT_THAT(whole->get_lengths(), ElementsAre(8.0, 1.0));
   const auto samples = ramp<float>(12);
   whole->write(single, samples.data(), nullptr, 12);
+  const stack_ptr same = file->add_stack(false);
+  same->create(&memory, 0);
+  EXPECT_EQ(same->get_dt(), uint8);
+  same->write(uint8, memory.get_data_ptr(), nullptr, all);
   const stack_ptr part = file->add_stack(false);
   VStackRegion region;
   region.create(&memory, 0);
@@ -849,6 +853,18 @@ TEST_P(ProgressTest, WhatAGrowingStackHasOfACancelledPieceCounts) {
   EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
 }
 
+TEST_P(ProgressTest, AGrowingStackIsMeasuredWithWhatItHasOfACancelledPiece) {
+  file->set_chunk_size(6);
+  const stack_ptr stack = add({2, 0});
+  progress.cancel_at = 2;
+  EXPECT_VREL_ERROR(stack->write(uint16, samples.data(), nullptr, 10), "Cancelled by user!", -11);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(2, 0));
+  stack->commit(0);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(2, 3));
+  samples.resize(6);
+  EXPECT_THAT(read_all<unsigned short>(stack, uint16), samples);
+}
+
 TEST_P(ProgressTest, ACancelledReadCanBeDoneAgain) {
   const stack_ptr stack = add({10});
   stack->write(uint16, samples.data(), nullptr, 10);
@@ -874,6 +890,18 @@ TEST_P(ProgressTest, AFileThatItsCallbackClosesIsClosed) {
   file->set_progress_callback(close_file, file.operator->());
   EXPECT_VREL_ERROR(read_all<unsigned short>(stack, uint16),
                     "Cannot access VBFStack, file has been closed!", -1);
+}
+
+TEST_P(ProgressTest, AFileThatItsCallbackClosesWhileItIsWrittenHasWhatWasThere) {
+  const stack_ptr stack = add({2, 0});
+  file->set_progress_callback(close_file, file.operator->());
+  EXPECT_VREL_ERROR(stack->write(uint16, samples.data(), nullptr, 10),
+                    "Cannot access VBFStack, file has been closed!", -1);
+  EXPECT_EQ(stack->get_state(), 0);
+  file.reopen();
+  EXPECT_THAT(file->get_stack(0)->get_sizes(), ElementsAre(2, 2));
+  samples.resize(4);
+  EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
 }
 
 INSTANTIATE_TEST_SUITE_P(RawAndCompressed, ProgressTest, testing::Values(0, 1));

@@ -383,6 +383,9 @@ TEST(DblFileTest, WhatCannotBeReadIsTold) {
   const TemporaryFile none;
   EXPECT_VREL_ERROR(VBFFile(none.name() + L".dbl", VFile::mode_read), "Error reading .dbl file!",
                     -4);
+  const std::wstring lone_surrogate = {wchar_t{0xD800}};
+  EXPECT_VREL_ERROR(VBFFile(lone_surrogate + L".dbl", VFile::mode_read), "Error reading .dbl file!",
+                    -4);
 }
 
 TEST(DblFileTest, SizesWhoseProductIsTooLargeAreRefused) {

@@ -118,6 +118,22 @@ TEST(StackMetadataTest, EachStackOfASeriesHasThePositionThatAllHave) {
   EXPECT_EQ(open_stacks(bytes, {stack, stack, stack}), 3U);
 }
 
+TEST(StackMetadataTest, TheSameTextInAStackOfAnotherVersionIsRefused) {
+  AttachedFile bytes;
+  StackToWrite old = stack_of_rank(2, R"(<root type="struct" vprop_version="1"/>)");
+  StackToWrite recent = old;
+  old.record.header.format_version = 2;
+  recent.record.header.format_version = 3;
+  write_vbf(bytes.file(), "", {old, recent}, {});
+  bytes.file().seek(0);
+  void* handle = bytes.file().detach();
+  VBFFile file;
+  EXPECT_VREL_ERROR(file->attach(handle, VFile::mode_read),
+                    "Invalid metadata found!\nType mismatch: found none, expected char[]", -1);
+  EXPECT_EQ(file->get_number_of_stacks(), 1U);
+  file->detach();
+}
+
 TEST(StackMetadataTest, TheSameTextInAStackOfAnotherRankIsRefused) {
   AttachedFile bytes;
   const std::string metadata = metadata_of_rank(2);
