@@ -136,7 +136,6 @@ void VBFFileImp::take_record(FileRecord& record) {
   content_.description = std::move(record.description);
   content_.format_version = record.header.format_version;
   content_.dictionary = std::move(record.dictionary);
-  content_.dictionary_position = record.dictionary_position;
   content_.dictionary_end = record.dictionary_end;
   content_.dictionary_field_position = record.dictionary_field_position;
   content_.link_position = record.file_position + first_stack_offset;
@@ -184,7 +183,6 @@ void VBFFileImp::write_closing_dictionary() {
   text.exceptions(std::ios::badbit);
   Json::write_xml(root_, text);
   const u64 end = checked_seek(*this, end_of_file);
-  content_.dictionary_position = end;
   correct(*this, content_.dictionary_field_position, end);
   checked_seek(*this, end);
   content_.dictionary["ome_xml"] = text.str();
@@ -215,8 +213,7 @@ void VBFFileImp::finish() {
 
 void VBFFileImp::write_header() {
   if (!content_.is_header_pending) return;
-  const FileFields fields = write_file_start(*this, content_.format_version, content_.description,
-                                             content_.dictionary_position);
+  const FileFields fields = write_file_start(*this, content_.format_version, content_.description);
   content_.link_position = fields.link;
   content_.dictionary_field_position = fields.dictionary;
   content_.is_header_pending = false;
@@ -262,7 +259,7 @@ void VBFFileImp::set_description(const std::string& text) {
   if (!content_.is_header_pending) {
     raise(id_plain, "Header already written. Cannot set file description!");
   }
-  length_field(text);
+  length_field(text.size());
   content_.description = text;
 }
 
@@ -335,7 +332,6 @@ void VBFFileImp::write_stack(const VStackInterface* stack, int option) {
     added->create(stack, option);
     VBFStackImp::copy_units(*stack, *added);
   } catch (...) {
-    added->cut_off();
     chain_.pop_back();
     throw;
   }

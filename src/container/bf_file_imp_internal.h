@@ -79,7 +79,6 @@ class VBFFileImp final : public VBFFileInterface, public VFile {
     std::string description;
     std::uint32_t format_version = 2;
     Dictionary dictionary;
-    u64 dictionary_position = 0;
     u64 dictionary_end = 0;             // 0 without a dictionary
     u64 dictionary_field_position = 0;  // where the dictionary's position goes
   };

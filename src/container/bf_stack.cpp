@@ -2,6 +2,8 @@
 #include <vrelio/foundation/data_type.h>
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 
 #include "container/bf_file_imp_internal.h"
 #include "container/bf_stack_imp_internal.h"
@@ -16,12 +18,10 @@ namespace Vrel::detail {
 
 namespace {
 
-// The samples of one step along the last axis. With a zero among the sizes the others can be anything.
+// The samples of one step along the last axis. Behind a zero among the sizes the others can be anything, but
+// the product stays zero.
 unsigned count_samples_per_step(const std::vector<unsigned>& sizes) {
-  unsigned product = 1;
-  for (std::size_t axis = 0; axis + 1 < sizes.size(); ++axis) product *= sizes[axis];
-  const bool has_zero = std::find(sizes.begin(), sizes.end() - 1, 0U) != sizes.end() - 1;
-  return has_zero ? 0 : product;
+  return std::accumulate(sizes.begin(), sizes.end() - 1, 1U, std::multiplies<>());
 }
 
 }  // namespace
@@ -49,9 +49,7 @@ VBFStackImp::VBFStackImp(const VBFStackImp& other)
       file_(other.file_),
       record_(other.record_),
       empty_(other.empty_),
-      state_(other.state_),
-      growing_(other.growing_),
-      samples_per_step_(other.samples_per_step_) {}
+      state_(other.state_) {}
 
 VBFStackImp::~VBFStackImp() = default;
 
@@ -141,7 +139,7 @@ void VBFStackImp::set_flush_block_size(unsigned int size) {
 }
 
 void VBFStackImp::copy_units(const VStackInfoInterface& from, VStackInfoInterface& to) {
-  for (unsigned int axis = 0; axis < from.get_rank() && axis < to.get_rank(); ++axis) {
+  for (unsigned int axis = 0; axis < from.get_rank(); ++axis) {
     to.set_units(axis, get_stored_units(from, axis));
   }
   to.set_data_units(from.get_data_units());

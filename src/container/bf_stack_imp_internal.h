@@ -59,7 +59,7 @@ class VBFStackImp final : public VBFStackInterface, public VStackInfoImp {
   void cut_off() noexcept;
   u64 get_stack_position_in_file() const { return record_.stack_position; }
   u64 get_stack_end_in_file() const { return record_.stack_end; }
-  // Units, which do not come along with a description.
+  // Units, which do not come along with a description. Both have the same rank.
   static void copy_units(const VStackInfoInterface& from, VStackInfoInterface& to);
 
  private:

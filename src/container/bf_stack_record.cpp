@@ -87,8 +87,8 @@ StackHeader VBFStackImp::make_header() const {
   header.data_type = get_dt();
   header.compression_type = record_.header.compression_type;
   header.compression_level = record_.header.compression_level;
-  header.name_length = length_field(get_name());
-  header.description_length = length_field(get_description());
+  header.name_length = length_field(get_name().size());
+  header.description_length = length_field(get_description().size());
   header.has_data = empty_ ? 0 : 1;
   return header;
 }

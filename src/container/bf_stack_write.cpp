@@ -94,7 +94,7 @@ VBFStackImp::WritePlan VBFStackImp::plan_first_write(int type, const void* imagi
 
 bool VBFStackImp::is_completed_by(unsigned int count, unsigned int remaining) const {
   if (count > remaining) raise_too_many_samples();
-  if (count == 0 && remaining != 0 && !empty_) raise(id_plain, "Not enough samples written!");
+  if (count == 0 && remaining != 0) raise(id_plain, "Not enough samples written!");
   return count == remaining;
 }
 
@@ -112,9 +112,10 @@ bool VBFStackImp::is_growing_completed_by(unsigned int count) const {
   return false;
 }
 
+// Samples of the stored type have no imaginary block, which `check_imaginary` refuses for it.
 void VBFStackImp::check_storable(const WritePlan& plan, int type, const void* imaginary) const {
   check_compression(record_.header);
-  const bool is_plain = type == plan.stored_type && imaginary == nullptr;
+  const bool is_plain = type == plan.stored_type;
   const bool is_known = vrel_dt_get_size(plan.stored_type) != 0;
   const bool is_converted =
       plan.count == 0 || is_plain ||
@@ -183,7 +184,7 @@ void VBFStackImp::write_to_segment(Work work) {
 }
 
 void VBFStackImp::store(const Source& source, unsigned int first, unsigned int count) {
-  const bool is_plain = source.type == get_dt() && source.imaginary == nullptr;
+  const bool is_plain = source.type == get_dt();
   const unsigned int block = is_plain ? count : get_block_length(source.sample_size);
   for (const unsigned int end = first + count; first < end;) {
     const unsigned int length = std::min(end - first, block);
@@ -197,7 +198,7 @@ void VBFStackImp::store_block(const Source& source, unsigned int first, unsigned
   const std::size_t offset = std::size_t{first} * source.sample_size;
   const unsigned char* samples = source.data + offset;
   const unsigned int size = count * get_sample_size();
-  if (source.type != get_dt() || source.imaginary != nullptr) {
+  if (source.type != get_dt()) {
     const unsigned char* const imaginary =
         source.imaginary == nullptr ? nullptr : source.imaginary + offset;
     conversion_buffer_.resize(size);

@@ -10,14 +10,15 @@ constexpr u64 least_block = 65536;
 constexpr u64 largest_block = 262144;
 
 // Intended: without a divisor in the range it is one step back, which may lie above the range and may
-// divide nothing; FlushPlanTest.WithoutADivisorInTheRangeItIsOneStepBack.
+// divide nothing; FlushPlanTest.WithoutADivisorInTheRangeItIsOneStepBack. Half of a block that is too large is
+// never too small, so there is a step to go back.
 u64 divide_block(u64 block, u64 size) {
   u64 divisor = std::max<u64>(2, block / (largest_block + 1) + 1);
   while (block / divisor >= least_block) {
     if (size % divisor == 0) return block / divisor;
     ++divisor;
   }
-  return divisor == 2 ? least_block : block / (divisor - 1);
+  return block / (divisor - 1);
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ void write_sections(VFileAccess& file, const StackRecord& stack);
 void write_dictionary(VFileAccess& file, const Dictionary& dictionary);
 
 // The length of a text as its field holds it. Raises "String too long!" (-1).
-std::uint32_t length_field(const std::string& text);
+std::uint32_t length_field(std::size_t length);
 
 // Single fields, for the corrections and for what stands alone.
 void write_u32(VFileAccess& file, std::uint32_t value);

@@ -65,9 +65,9 @@ void check_keys(const Dictionary& dictionary) {
 
 void raise_empty_tag_key() { raise(id_plain, "Tag keys cannot be empty!"); }
 
-std::uint32_t length_field(const std::string& text) {
-  if (text.size() >= impossible_length) raise(id_plain, "String too long!");
-  return static_cast<std::uint32_t>(text.size());
+std::uint32_t length_field(std::size_t length) {
+  if (length >= impossible_length) raise(id_plain, "String too long!");
+  return static_cast<std::uint32_t>(length);
 }
 
 void write_u32(VFileAccess& file, std::uint32_t value) {
@@ -112,7 +112,7 @@ StackFooter make_footer(const StackRecord& stack) {
     footer.has_column_positions[axis] = stack.column_positions[axis].empty() ? 0 : 1;
     footer.has_column_labels[axis] = stack.column_labels[axis].empty() ? 0 : 1;
   }
-  footer.metadata_length = length_field(stack.metadata);
+  footer.metadata_length = length_field(stack.metadata.size());
   footer.data_unit = stack.footer.data_unit;
   footer.units = stack.footer.units;
   footer.flush_point_count = stack.flush_positions.size();

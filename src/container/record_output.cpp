@@ -7,16 +7,16 @@
 namespace Vrel::detail {
 
 FileFields write_file_start(VFile& file, std::uint32_t format_version,
-                            const std::string& description, u64 dictionary_position) {
+                            const std::string& description) {
   FileHeader header;
   header.format_version = format_version;
-  header.description_length = length_field(description);
+  header.description_length = length_field(description.size());
   const u64 position = checked_tell(file);
   RecordBuffer buffer;
   buffer.put(encode(header));
   buffer.write_str(description, false);
   const u64 dictionary_field = position + buffer.tell();
-  if (format_version > 1) write_u64(buffer, dictionary_position);
+  if (format_version > 1) write_u64(buffer, 0);
   buffer.flush_to(file);
   return {position + first_stack_offset, dictionary_field};
 }

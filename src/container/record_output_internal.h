@@ -16,7 +16,7 @@ struct FileFields {
 
 // Write the header of a file at the current position. Raises "String too long!" (-1).
 FileFields write_file_start(VFile& file, std::uint32_t format_version,
-                            const std::string& description, u64 dictionary_position);
+                            const std::string& description);
 
 // Write the header of a stack with its name and description at the current position, and give that.
 u64 write_stack_start(VFile& file, const StackHeader& header, const std::string& name,

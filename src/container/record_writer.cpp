@@ -58,7 +58,7 @@ StackFooter complete_footer(const StackRecord& stack) {
   footer.footer_size = stack_footer_size;
   set_flags(footer.has_column_positions, stack.column_positions, stack.header);
   set_flags(footer.has_column_labels, stack.column_labels, stack.header);
-  footer.metadata_length = length_field(stack.metadata);
+  footer.metadata_length = length_field(stack.metadata.size());
   footer.flush_point_count = stack.flush_positions.size();
   footer.tag_block_size = encoded_size(stack.tags);
   return footer;
@@ -68,7 +68,7 @@ StackFooter complete_footer(const StackRecord& stack) {
 
 RecordWriter::RecordWriter(VFile& file, const FileRecord& record)
     : file_(file), format_version_(record.header.format_version) {
-  const FileFields fields = write_file_start(file, format_version_, record.description, 0);
+  const FileFields fields = write_file_start(file, format_version_, record.description);
   link_position_ = fields.link;
   dictionary_field_ = fields.dictionary;
 }
@@ -86,8 +86,8 @@ void RecordWriter::begin_stack(StackRecord stack, Samples form) {
 
 void RecordWriter::write_header() {
   StackHeader& header = stack_.header;
-  header.name_length = length_field(stack_.name);
-  header.description_length = length_field(stack_.description);
+  header.name_length = length_field(stack_.name.size());
+  header.description_length = length_field(stack_.description.size());
   header.data_length = 0;
   header.next_stack = 0;
   stack_.stack_position = write_stack_start(file_, header, stack_.name, stack_.description);

@@ -66,6 +66,44 @@ TEST(BFFileMemoryTest, WhateverAllocationOfAModificationFailsTheOldStacksAreRead
   });
 }
 
+// A file with a stack that only closing completes, so that the destructor has all to do.
+VBFFile make_unclosed(const TemporaryFile& target) {
+  VBFFile file(target.name(), VFile::mode_create);
+  write_stack(file, 0);
+  const stack_ptr stack = file->add_stack(true);
+  stack->create({length}, uint16);
+  return file;
+}
+
+TEST(BFFileMemoryTest, ADestructorWithoutMemoryTellsItAndLetsNothingOut) {
+  fail_each_allocation([](const Fault& fault) {
+    const TemporaryFile target;
+    VBFFile file = make_unclosed(target);
+    VrelError()("something else")(-7).process();
+    bool happened = false;
+    {
+      const ScopedSystemFault scope(fault);
+      file.reset();
+      happened = scope.happened();
+    }
+    EXPECT_EQ(vrel_get_last_error() == -7, !happened) << vrel_get_last_error_string();
+    VBFFile written(target.name(), VFile::mode_read);
+    EXPECT_GE(written->get_number_of_stacks(), 1U);
+    return happened;
+  });
+}
+
+TEST(BFFileMemoryTest, ADestructorThatCannotEvenTellLetsNothingOut) {
+  const TemporaryFile target;
+  VBFFile file = make_unclosed(target);
+  {
+    const ScopedSystemFault scope({SystemCall::allocate_object, 0, ENOMEM, 0});
+    file.reset();
+    EXPECT_TRUE(scope.happened());
+  }
+  expect_readable(target, 1);
+}
+
 // A caller who goes on after the memory is back.
 TEST(BFFileMemoryTest, AFileThatCouldNotBeReadForLackOfMemoryCanBeReadAgain) {
   const TemporaryFile target;

@@ -188,6 +188,11 @@ TEST(BFFileTest, ADocumentThatIsNoXmlIsRefusedAtClosingUntilItIsOne) {
               HasSubstr("<ome:OME Creator=\"tests\""));
 }
 
+int count_piece(unsigned /*bytes*/, void* argument) {
+  ++*static_cast<int*>(argument);
+  return 1;
+}
+
 TEST(BFFileTest, AClosedFileIsLikeANewOne) {
   const TemporaryFile target;
   VBFFile file(target.name(), VFile::mode_create);
@@ -209,8 +214,15 @@ TEST(BFFileTest, AClosedFileIsLikeANewOne) {
   int level = -1;
   stack->get_compression(type, level);
   EXPECT_EQ(type, 0);
+  int pieces = 0;
+  file->set_progress_callback(count_piece, &pieces);
+  read_probe(stack);
+  EXPECT_EQ(pieces, 1);
   file->close();
   EXPECT_THAT(read_record(target.content()).description, "");
+  file->open(target.name(), VFile::mode_read);
+  read_probe(file->get_stack(0));
+  EXPECT_EQ(pieces, 1);
 }
 
 TEST(BFFileTest, TheSameHandleOpensOneFileAfterTheOther) {
@@ -290,6 +302,9 @@ TEST(BFFileTest, AFileThatDoesNotExistIsRefused) {
   const TemporaryFile target;
   EXPECT_VREL_ERROR(VBFFile(target.name(), VFile::mode_read), "Could not open file!", -1);
   EXPECT_VREL_ERROR(VBFFile(target.name(), VFile::mode_modify), "Could not open file!", -1);
+  for (const wchar_t* const name : {L"", L"l", L"bl"}) {
+    EXPECT_VREL_ERROR(VBFFile(name, VFile::mode_read), "Could not open file!", -1);
+  }
 }
 
 TEST(BFFileTest, AnOpenFileIsNotOpenedAgain) {
@@ -697,7 +712,9 @@ TEST(BFFileTest, AFileStandsAnywhereInAStream) {
   EXPECT_TRUE(file->is_attached());
   add_probe(file, "a");
   add_probe(file, "b");
+  const std::string before = target.content();
   EXPECT_VREL_ERROR(file->close(), "File not opened with open(), cannot close.", -1);
+  EXPECT_EQ(target.content(), before);
   EXPECT_EQ(file->get_number_of_stacks(), 2u);
   EXPECT_EQ(file->detach(), stream.handle());
   EXPECT_FALSE(file->is_open());

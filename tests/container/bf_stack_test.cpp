@@ -94,6 +94,8 @@ TEST(BFStackTest, FifteenDimensionsAreWritten) {
   const stack_ptr read = file->get_stack(0);
   EXPECT_THAT(read->get_sizes(), ElementsAre(1, 2, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 3, 1));
   EXPECT_TRUE(read->meta_data().SizeX.value().is_null());
+  EXPECT_TRUE(read->meta_data().Name.value().is_null());
+  EXPECT_TRUE(read->meta_data().Description.value().is_null());
   EXPECT_THAT(read_all<char>(read, uint8), ElementsAre('a', 'b', 'c', 'd', 'e', 'f'));
 }
 
@@ -148,12 +150,16 @@ TEST(BFStackTest, AGrowingStackCannotPassTheLargestNumberOfSamples) {
 }
 
 TEST(BFStackTest, StepsOfSizeZeroTakeNoSamples) {
-  WrittenFile file;
-  const stack_ptr stack = file.add({0, 0}, uint8);
-  EXPECT_VREL_ERROR(stack->write(uint8, "a", nullptr, 1), too_many, -1);
-  stack->commit(0);
-  file.reopen();
-  EXPECT_THAT(file->get_stack(0)->get_sizes(), ElementsAre(0, 0));
+  constexpr unsigned large = 0x80000001;
+  for (const std::vector<unsigned>& sizes :
+       {std::vector<unsigned>{0, 0}, {0, large, 0}, {large, 0, large, 0}}) {
+    WrittenFile file;
+    const stack_ptr stack = file.add(sizes, uint8);
+    EXPECT_VREL_ERROR(stack->write(uint8, "a", nullptr, 1), too_many, -1);
+    stack->commit(0);
+    file.reopen();
+    EXPECT_EQ(file->get_stack(0)->get_sizes(), sizes);
+  }
 }
 
 TEST(BFStackTest, AStackOfNoSizesHasOneSample) {
@@ -225,6 +231,21 @@ class EmptyStackTest : public testing::Test {
  protected:
   EmptyStackTest() : stack(file->add_stack(true)) { stack->create({3, 2}, uint16); }
 
+  static void expect_zeros(VBFStackInterface& empty) {
+    std::vector<double> samples(7, 5.0);
+    int position = 2;
+    empty.read(real, samples.data(), nullptr, 3, position);
+    EXPECT_EQ(position, 2);
+    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 5, 5, 5, 5));
+    empty.read(real, samples.data(), nullptr, 100, position);
+    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 0, 5, 5, 5));
+    EXPECT_EQ(position, 2);
+    position = VBFStackInterface::position_continue;
+    empty.read(real, samples.data(), nullptr, all, position);
+    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 0, 0, 0, 5));
+    EXPECT_EQ(position, 0);
+  }
+
   WrittenFile file;
   stack_ptr stack;
 };
@@ -236,21 +257,10 @@ TEST_F(EmptyStackTest, ReadsAsZerosOfTheCallersType) {
   const StackRecord record = file.record().stacks[0];
   EXPECT_EQ(record.header.data_length, 0u);
   EXPECT_EQ(record.header.has_data, 0u);
+  expect_zeros(*stack);
+  expect_zeros(*file->get_stack(0));
   file.reopen();
-  for (const stack_ptr& each : {stack_ptr(file->get_stack(0))}) {
-    std::vector<double> samples(7, 5.0);
-    int position = 2;
-    each->read(real, samples.data(), nullptr, 3, position);
-    EXPECT_EQ(position, 2);
-    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 5, 5, 5, 5));
-    each->read(real, samples.data(), nullptr, 100, position);
-    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 0, 5, 5, 5));
-    EXPECT_EQ(position, 2);
-    position = VBFStackInterface::position_continue;
-    each->read(real, samples.data(), nullptr, all, position);
-    EXPECT_THAT(samples, ElementsAre(0, 0, 0, 0, 0, 0, 5));
-    EXPECT_EQ(position, 0);
-  }
+  expect_zeros(*file->get_stack(0));
 }
 
 TEST_F(EmptyStackTest, TakesNoSamples) {
@@ -324,6 +334,10 @@ TEST(BFStackTest, ALayoutIsTakenFromAStackOrAPartOfOne) {
   EXPECT_THAT(whole->get_lengths(), ElementsAre(8.0, 1.0));
   const auto samples = ramp<float>(12);
   whole->write(single, samples.data(), nullptr, 12);
+  const stack_ptr same = file->add_stack(false);
+  same->create(&memory, 0);
+  EXPECT_EQ(same->get_dt(), uint8);
+  same->write(uint8, memory.get_data_ptr(), nullptr, all);
   const stack_ptr part = file->add_stack(false);
   VStackRegion region;
   region.create(&memory, 0);
@@ -839,6 +853,18 @@ TEST_P(ProgressTest, WhatAGrowingStackHasOfACancelledPieceCounts) {
   EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
 }
 
+TEST_P(ProgressTest, AGrowingStackIsMeasuredWithWhatItHasOfACancelledPiece) {
+  file->set_chunk_size(6);
+  const stack_ptr stack = add({2, 0});
+  progress.cancel_at = 2;
+  EXPECT_VREL_ERROR(stack->write(uint16, samples.data(), nullptr, 10), "Cancelled by user!", -11);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(2, 0));
+  stack->commit(0);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(2, 3));
+  samples.resize(6);
+  EXPECT_THAT(read_all<unsigned short>(stack, uint16), samples);
+}
+
 TEST_P(ProgressTest, ACancelledReadCanBeDoneAgain) {
   const stack_ptr stack = add({10});
   stack->write(uint16, samples.data(), nullptr, 10);
@@ -864,6 +890,18 @@ TEST_P(ProgressTest, AFileThatItsCallbackClosesIsClosed) {
   file->set_progress_callback(close_file, file.operator->());
   EXPECT_VREL_ERROR(read_all<unsigned short>(stack, uint16),
                     "Cannot access VBFStack, file has been closed!", -1);
+}
+
+TEST_P(ProgressTest, AFileThatItsCallbackClosesWhileItIsWrittenHasWhatWasThere) {
+  const stack_ptr stack = add({2, 0});
+  file->set_progress_callback(close_file, file.operator->());
+  EXPECT_VREL_ERROR(stack->write(uint16, samples.data(), nullptr, 10),
+                    "Cannot access VBFStack, file has been closed!", -1);
+  EXPECT_EQ(stack->get_state(), 0);
+  file.reopen();
+  EXPECT_THAT(file->get_stack(0)->get_sizes(), ElementsAre(2, 2));
+  samples.resize(4);
+  EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
 }
 
 INSTANTIATE_TEST_SUITE_P(RawAndCompressed, ProgressTest, testing::Values(0, 1));

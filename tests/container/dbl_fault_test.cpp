@@ -68,13 +68,43 @@ TEST(DblFaultTest, NoMemoryForTheBlockGivesZero) {
   EXPECT_TRUE(fault.happened());
 }
 
+// Let each allocation of a call in turn fail, which has to give 0, until it has all that it asks for.
+template <class Call>
+void expect_zero_without_memory(int result, Call call) {
+  int occurrence = 0;
+  for (bool happened = true; happened;) {
+    SCOPED_TRACE("allocation " + std::to_string(++occurrence));
+    int given = -1;
+    {
+      const ScopedSystemFault fault({SystemCall::allocate_object, occurrence, ENOMEM, 0});
+      given = call();
+      happened = fault.happened();
+    }
+    EXPECT_EQ(given, happened ? 0 : result);
+  }
+  EXPECT_GT(occurrence, 1);
+}
+
+TEST(DblFaultTest, NoMemoryForConvertingGivesZero) {
+  const Dims dims = {100, 1, 1, 1};
+  const std::vector<double> samples = some_samples(100);
+  const TemporaryFile file;
+  expect_zero_without_memory(1, [&] {
+    return vrel_dbl_write(file.path().c_str(), dims.data(), some_lengths.data(), samples.data(), 1);
+  });
+  expect_zero_without_memory(1, [&] { return DblReading(file.path(), 0).result; });
+}
+
 TEST(DblFaultTest, AFileWhoseEndCannotBeToldIsReadAsItsSizesSay) {
   const TemporaryFile file(dbl_header({100, 1, 1, 1}, some_lengths, 0) +
                            bytes_of(some_samples(100)));
-  const ScopedSystemFault fault({SystemCall::seek, 0, ESPIPE, 0});
-  const DblReading reading(file.path(), 0xAF);
-  ASSERT_EQ(reading.result, 1);
-  EXPECT_EQ(reading.samples<double>(100), some_samples(100));
+  // Each move, or the one to the end alone.
+  for (const int occurrence : {0, 2}) {
+    const ScopedSystemFault fault({SystemCall::seek, occurrence, ESPIPE, 0});
+    const DblReading reading(file.path(), 0xAF);
+    ASSERT_EQ(reading.result, 1);
+    EXPECT_EQ(reading.samples<double>(100), some_samples(100));
+  }
 }
 
 }  // namespace

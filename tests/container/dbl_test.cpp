@@ -219,6 +219,15 @@ TEST(DblTest, SamplesThatTheFileDoesNotHaveLeaveTheRoomOfTheCallerAlone) {
   EXPECT_EQ(room, expected);
 }
 
+TEST(DblTest, RoomForSamplesIsNotTakenForSizes) {
+  const TemporaryFile file(single_file({1, 1, 1, 1}, some_samples(1)));
+  for (const int code : {0xAA, 0xAB}) {
+    std::vector<float> room(4, 77);
+    EXPECT_EQ(DblReading(file.path(), code, room.data()).result, 2);
+    EXPECT_EQ(room, (std::vector<float>{0.1F, 77, 77, 77}));
+  }
+}
+
 TEST(DblTest, HugeSizesOfATinyFileTakeNoMemory) {
   const TemporaryFile too_many(double_file({65535, 65535, 65535, 65535}, {}));
   const DblReading refused(too_many.path(), 0xAF);
@@ -373,6 +382,9 @@ TEST(DblFileTest, WhatCannotBeReadIsTold) {
   EXPECT_VREL_ERROR(VBFFile(file.name(), VFile::mode_read), "Error reading .dbl file!", -4);
   const TemporaryFile none;
   EXPECT_VREL_ERROR(VBFFile(none.name() + L".dbl", VFile::mode_read), "Error reading .dbl file!",
+                    -4);
+  const std::wstring lone_surrogate = {wchar_t{0xD800}};
+  EXPECT_VREL_ERROR(VBFFile(lone_surrogate + L".dbl", VFile::mode_read), "Error reading .dbl file!",
                     -4);
 }
 

@@ -163,6 +163,15 @@ TEST(FormatTest, FieldsThatAreCorrectedLaterStandWhereTheirOffsetsSay) {
   EXPECT_EQ(encode(footer)[stack_end_offset], 0x44);
 }
 
+TEST(FormatTest, ALengthThatItsFieldCannotHoldIsRefused) {
+  EXPECT_EQ(length_field(0), 0u);
+  EXPECT_EQ(length_field(0xFFFFFFFE), 0xFFFFFFFEu);
+  for (const std::size_t length :
+       {std::size_t{0xFFFFFFFF}, std::size_t{1} << 32, ~std::size_t{0}}) {
+    EXPECT_VREL_ERROR(length_field(length), "String too long!", -1);
+  }
+}
+
 TEST(FormatTest, AnEmptyDictionaryIsFourZeroBytes) {
   MemoryFile file;
   write_dictionary(file, {});

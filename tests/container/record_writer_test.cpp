@@ -120,6 +120,26 @@ TEST(RecordWriterTest, NumbersThatNoClassWouldKeepSurvive) {
   EXPECT_EQ(copy.stack_end, copy.footer.stack_end);
 }
 
+TEST(RecordWriterTest, FlagsSayWhatColumnsAreWrittenWhateverTheySaidBefore) {
+  StackRecord stack = make_stack({2, 2});
+  stack.column_positions[0] = {1, 2};
+  stack.column_labels[1] = {"a", "b"};
+  stack.footer.has_column_positions[1] = 1;
+  stack.footer.has_column_labels[0] = 1;
+  AttachedFile target;
+  RecordWriter writer(target.file(), FileRecord());
+  writer.begin_stack(stack, RecordWriter::Samples::plain);
+  writer.write("abcd", 4);
+  writer.commit_stack();
+  const StackRecord read = read_record(target.content()).stacks.at(0);
+  EXPECT_EQ(read.footer.has_column_positions[0], 1u);
+  EXPECT_EQ(read.footer.has_column_positions[1], 0u);
+  EXPECT_EQ(read.footer.has_column_labels[0], 0u);
+  EXPECT_EQ(read.footer.has_column_labels[1], 1u);
+  EXPECT_EQ(read.column_positions, stack.column_positions);
+  EXPECT_EQ(read.column_labels, stack.column_labels);
+}
+
 class PlainSamples {
  public:
   PlainSamples(int type, int level, u64 flush_block_size) {
@@ -184,9 +204,14 @@ TEST(RecordWriterTest, PlainSamplesThatAreMissingAreNotCommitted) {
 TEST(RecordWriterTest, AStackWithoutSamplesStaysEmpty) {
   AttachedFile target;
   RecordWriter writer(target.file(), FileRecord());
-  writer.begin_stack(make_stack({3}), RecordWriter::Samples::plain);
+  StackRecord stack = make_stack({3});
+  stack.header.data_length = 5;
+  stack.flush_positions = {7, 8};
+  writer.begin_stack(stack, RecordWriter::Samples::plain);
   writer.commit_stack();
-  EXPECT_EQ(read_record(target.content()).stacks.at(0).header.data_length, 0u);
+  const StackRecord read = read_record(target.content()).stacks.at(0);
+  EXPECT_EQ(read.header.data_length, 0u);
+  EXPECT_TRUE(read.flush_positions.empty());
 }
 
 TEST(RecordWriterTest, ARecordThatDoesNotFitItsSizesIsRefusedBeforeAnythingIsWritten) {

@@ -5,11 +5,13 @@
 #include <vrelio/container/bf_file.h>
 #include <vrelio/container/stack_metadata.h>
 
+#include <cerrno>
 #include <string>
 #include <vector>
 
 #include "support/attached_file.h"
 #include "support/expect_error.h"
+#include "support/system_fault.h"
 #include "support/vbf_writer.h"
 
 namespace {
@@ -50,6 +52,36 @@ TEST(StackMetadataTest, OutsideAFileTheErrorIsThatOfTheText) {
                     "Invalid global stack position!", -1);
 }
 
+// What is raised while each allocation in turn fails, until none is left to fail.
+template <class Work>
+void expect_words_without_memory(const std::string& words, Work work) {
+  int occurrence = 0;
+  for (bool happened = true; happened;) {
+    SCOPED_TRACE("allocation " + std::to_string(++occurrence));
+    std::string message;
+    {
+      const ScopedSystemFault fault({SystemCall::allocate_object, occurrence, ENOMEM, 0});
+      try {
+        work();
+      } catch (const VrelError& error) {
+        message = error.get_msg();
+      }
+      happened = fault.happened();
+    }
+    EXPECT_EQ(message.substr(0, words.size()), happened ? words : "");
+  }
+  EXPECT_GT(occurrence, 1);
+}
+
+TEST(StackMetadataTest, StandardExceptionsBecomeErrorsOfTheMetadata) {
+  const std::string text = metadata_of_rank(2);
+  expect_words_without_memory("Invalid metadata found!\n", [&] { import_metadata(text, 5, 2); });
+  VStackPosition position;
+  position.create({1, 1}, 0);
+  expect_words_without_memory("Invalid meta information! Could not export to xml.\n",
+                              [&] { export_metadata(position); });
+}
+
 StackToWrite stack_of_rank(unsigned rank, const std::string& metadata) {
   StackToWrite stack;
   stack.record = make_stack_record(uint8, std::vector<std::uint32_t>(rank, 1));
@@ -84,6 +116,22 @@ TEST(StackMetadataTest, EachStackOfASeriesHasThePositionThatAllHave) {
   AttachedFile bytes;
   const StackToWrite stack = stack_of_rank(2, metadata_of_rank(2));
   EXPECT_EQ(open_stacks(bytes, {stack, stack, stack}), 3U);
+}
+
+TEST(StackMetadataTest, TheSameTextInAStackOfAnotherVersionIsRefused) {
+  AttachedFile bytes;
+  StackToWrite old = stack_of_rank(2, R"(<root type="struct" vprop_version="1"/>)");
+  StackToWrite recent = old;
+  old.record.header.format_version = 2;
+  recent.record.header.format_version = 3;
+  write_vbf(bytes.file(), "", {old, recent}, {});
+  bytes.file().seek(0);
+  void* handle = bytes.file().detach();
+  VBFFile file;
+  EXPECT_VREL_ERROR(file->attach(handle, VFile::mode_read),
+                    "Invalid metadata found!\nType mismatch: found none, expected char[]", -1);
+  EXPECT_EQ(file->get_number_of_stacks(), 1U);
+  file->detach();
 }
 
 TEST(StackMetadataTest, TheSameTextInAStackOfAnotherRankIsRefused) {
