@@ -82,8 +82,7 @@ Xml_document::Xml_document(const std::string& text) : document_(std::make_unique
   document_->SetTabSize(0);
   keep_blanks();
   document_->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
-  if (document_->Error()) throw Xml_error(document_->ErrorDesc());
-  if (!root()) throw Xml_error("There is no element");
+  if (document_->Error() || !root()) throw Xml_error(document_->ErrorDesc());
 }
 
 Xml_document::~Xml_document() = default;

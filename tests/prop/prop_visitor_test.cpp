@@ -499,7 +499,10 @@ TEST(PropVisitorTest, APathLeadsToItsValue) {
 }
 
 TEST(PropVisitorTest, AVisitorGoesThroughATreeByItself) {
-  EXPECT_TRUE(VPropVisitor().process(two_fields()));
+  VProp value = two_fields();
+  value["c"] = VProparray<VPropstring>{L"x", L"y"};
+  value["d(1).x{0}"] = 3;
+  EXPECT_TRUE(VPropVisitor().process(value));
 }
 
 }  // namespace
