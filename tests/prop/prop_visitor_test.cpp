@@ -498,6 +498,41 @@ TEST(PropVisitorTest, APathLeadsToItsValue) {
   EXPECT_EQ(lookup.count, 21);
 }
 
+// Looks at what is protected.
+class Inside : public VPropVisitor {
+ public:
+  using VPropVisitor::visit;
+
+  int visit(const VProp& value) override {
+    if (is_container(value)) return visit_go;
+    containers = arrays;
+    path = get_cur_path(all);
+    used = positions;
+    return visit_go;
+  }
+  std::vector<const VProp*> containers;
+  std::string path;
+  std::vector<VProparrayBase::index_list> used;
+};
+
+TEST(PropVisitorTest, ContainersAndPositionsAreThoseAroundTheValue) {
+  VProp tree;
+  tree["a{1,2}(3).b"] = 1;
+  const VProp& root = tree;
+  Inside inside;
+  EXPECT_TRUE(inside.process(root));
+  EXPECT_EQ(inside.path, "a{1,2}(3).b");
+  EXPECT_THAT(inside.containers, ElementsAre(&root, &root["a"], &root["a{1,2}"]));
+  EXPECT_THAT(inside.used,
+              ElementsAre(VProparrayBase::index_list{1, 2}, VProparrayBase::index_list{3}));
+}
+
+TEST(PropVisitorTest, TheResultsOfAVisitHaveTheirNumbers) {
+  EXPECT_EQ(VPropVisitor::visit_stop, 0);
+  EXPECT_EQ(VPropVisitor::visit_go, 1);
+  EXPECT_EQ(VPropVisitor::visit_skip, 2);
+}
+
 TEST(PropVisitorTest, AVisitorGoesThroughATreeByItself) {
   VProp value = two_fields();
   value["c"] = VProparray<VPropstring>{L"x", L"y"};

@@ -42,6 +42,13 @@ VProp shaped(const VProparrayBase::index_list& size) {
   return array;
 }
 
+TEST(PropXmlTest, TheFormsHaveTheirNumbers) {
+  EXPECT_EQ(vrel_xml_any, 0);
+  EXPECT_EQ(vrel_xml_data, 1);
+  EXPECT_EQ(vrel_xml_root, 2);
+  EXPECT_EQ(vrel_xml_text, 3);
+}
+
 // --- Elements
 
 TEST(PropXmlTest, AnEmptyValueIsAnEmptyCell) {
