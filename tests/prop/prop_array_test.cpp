@@ -59,13 +59,18 @@ TEST(ProparrayTest, SeveralSizesAndIndicesAreTakenAsTheyAre) {
   EXPECT_EQ(Base::val2pos(4, 5, none, 6), (Sizes{4, 5}));
   EXPECT_EQ(Base::val2size(4, 5, 6, none), (Sizes{4, 5, 6}));
   EXPECT_EQ(Base::val2pos(4, 5, 6, 7), (Sizes{4, 5, 6, 7}));
+  EXPECT_EQ(Base::val2pos(4, 0, 0, 7), (Sizes{4, 0, 0, 7}));
+  EXPECT_EQ(Base::val2size(0, 0, 0, 0), (Sizes{0, 0, 0, 0}));
 }
 
 TEST(ProparrayTest, ListsFromPointersAreTakenAsTheyAre) {
   const unsigned int values[] = {7, none, 9};
   EXPECT_EQ(Base::ptr2size(3, values), (Sizes{7, none, 9}));
+  EXPECT_EQ(Base::ptr2pos(3, values), (Sizes{7, none, 9}));
+  EXPECT_EQ(Base::ptr2size(1, values), Sizes{7});
   EXPECT_EQ(Base::ptr2pos(1, values), Sizes{7});
   EXPECT_EQ(Base::ptr2size(0, nullptr), Sizes{});
+  EXPECT_EQ(Base::ptr2pos(0, nullptr), Sizes{});
 }
 
 TEST(ProparrayTest, TheSizeOfAShapeIsItsProduct) {
@@ -78,6 +83,7 @@ TEST(ProparrayTest, TheSizeOfAShapeIsItsProduct) {
 
 TEST(ProparrayTest, AShapeOfMoreElementsThanCanBeCountedIsRefused) {
   EXPECT_VREL_ERROR(Base::size({65536, 65536}), "Property array too large!", -1);
+  EXPECT_VREL_ERROR(Base::size({65536, 65536, 65536, 65536}), "Property array too large!", -1);
   EXPECT_VREL_ERROR(Base::size({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}),
                     "Property array too large!", -1);
 }
@@ -145,6 +151,15 @@ TEST(ProparrayTest, AStoredRowThatDoesNotFitIsCorrected) {
   EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
   array.set_size({0, 0}, Base::set_mode_shape);
   EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
+}
+
+TEST(ProparrayTest, AStoredShapeThatIsNoRowIsNotCorrected) {
+  for (const Sizes& shape : {Sizes{1, 7, 1}, Sizes{7, 1}, Sizes{0, 1}, Sizes{0, 0, 0}}) {
+    Numbers array = numbers(3);
+    array.set_size(shape, Base::set_mode_shape);
+    EXPECT_VREL_ERROR(array.get_size(true), "Invalid size vector in property array!", -1);
+    EXPECT_EQ(array.get_size(false), shape);
+  }
 }
 
 TEST(ProparrayTest, AStoredShapeOfOneDimensionThatDoesNotFitIsCorrected) {
@@ -322,7 +337,11 @@ TEST(ProparrayTest, WhatIsRefusedChangesNothing) {
 
 TEST(ProparrayTest, AnEmptyArrayDoesNotGrowBeyondWhatCanBeCounted) {
   Numbers array;
-  EXPECT_VREL_ERROR(array.get_idx({65535, 65535}, true), "Property array too large!", -1);
+  for (const Sizes& pos :
+       {Sizes{65535, 65535}, Sizes{65535, 65535, 65535, 65535}, Sizes{0, none}}) {
+    EXPECT_VREL_ERROR(array.get_idx(pos, true), "Property array too large!", -1);
+    EXPECT_EQ(array.get_size(true), (Sizes{0, 0}));
+  }
   EXPECT_EQ(array.count(), 0U);
 }
 

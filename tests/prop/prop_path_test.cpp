@@ -163,6 +163,8 @@ TEST(PropPathTest, AnIndexThatIsNoNumberIsZero) {
 TEST(PropPathTest, ANegativeIndexIsRefused) {
   VProp value;
   EXPECT_VREL_ERROR(value["a{-1}"], "Invalid index '-1' specified in segment '{-1}'!", -1);
+  EXPECT_VREL_ERROR(value["a{-4294967297}"],
+                    "Invalid index '-4294967297' specified in segment '{-4294967297}'!", -1);
   EXPECT_VREL_ERROR(value["a(0,-99999999999)"],
                     "Invalid index '-99999999999' specified in segment '(0,-99999999999)'!", -1);
 }
@@ -207,8 +209,9 @@ TEST(PropPathTest, NamesBeginWithALetterOrAnUnderscore) {
 }
 
 TEST(PropPathTest, PathsThatCanBeCreatedAreValid) {
-  for (const char* path : {"", "a", "a.b", "a{1}.b", "a(2,3).x", "{1,2}{3}", "_a-1.b{0}", "a.",
-                           "a{x}", "(1).b", "a{2147483647}", "a{99999999999}"}) {
+  for (const char* path :
+       {"", "a", "a.b", "a{1}.b", "a(2,3).x", "{1,2}{3}", "_a-1.b{0}", "a.", "a{x}", "(1).b",
+        "a{2147483647}", "a{99999999999}", "a{4294967295}", "a{18446744073709551615}", "a{-0}"}) {
     EXPECT_TRUE(vrel_prop_is_valid_path(path)) << path;
   }
 }

@@ -379,6 +379,15 @@ TEST(PropTest, FieldsAreComparedInTheirOrder) {
   EXPECT_FALSE(a == c);
 }
 
+TEST(PropTest, FieldsAreComparedByTheirNamesToo) {
+  EXPECT_FALSE(VProp(VPropstruct{{"a", VProp(1)}}) == VProp(VPropstruct{{"b", VProp(1)}}));
+  VProp a;
+  a["(0).x"] = 1;
+  VProp b;
+  b["(0).y"] = 1;
+  EXPECT_FALSE(a == b);
+}
+
 TEST(PropTest, TreesAreComparedToTheirLeaves) {
   VProp a;
   a["s(1).cells{0,1}.x"] = 1;
