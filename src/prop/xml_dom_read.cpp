@@ -53,7 +53,7 @@ Xml_view Xml_view::first_child() const { return Xml_view(element_->FirstChildEle
 Xml_view Xml_view::next() const { return Xml_view(element_->NextSiblingElement()); }
 
 Xml_view Xml_view::parent() const {
-  return Xml_view(element_->Parent() == nullptr ? nullptr : element_->Parent()->ToElement());
+  return Xml_view(element_->Parent()->ToElement());  // none for the document
 }
 
 std::size_t Xml_view::count_children() const {
