@@ -155,9 +155,13 @@ TEST(PropPathTest, AnIndexThatIsNoNumberIsZero) {
   value["a{x}"] = 1;
   value["b{}"] = 2;
   value["c{1z, 2}"] = 3;
+  value["d{\t1+,\r\n2\b}"] = 4;
+  value["e{\b1}"] = 5;
   EXPECT_EQ(std::as_const(value)["a{0}"].get<int>(), 1);
   EXPECT_EQ(std::as_const(value)["b{0}"].get<int>(), 2);
   EXPECT_EQ(std::as_const(value)["c{1,+2}"].get<int>(), 3);
+  EXPECT_EQ(std::as_const(value)["d{1,2}"].get<int>(), 4);
+  EXPECT_EQ(std::as_const(value)["e{0}"].get<int>(), 5);
 }
 
 TEST(PropPathTest, ANegativeIndexIsRefused) {

@@ -251,8 +251,10 @@ TEST(PropXmlReadTest, BitsAreStoredInArrays) {
 }
 
 TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefused) {
-  EXPECT_VREL_ERROR(read_root("type='int32' size='1 2' userbits='-1'", "1 2"),
-                    no_xml("Attribute 'userbits' cannot be read from '-1'"), -1);
+  for (const std::string bits : {"-1", "", " ", "1 2", "1x", "0x1", "18446744073709551616"}) {
+    EXPECT_VREL_ERROR(read_root("type='int32' size='1 2' userbits='" + bits + "'", "1 2"),
+                      no_xml("Attribute 'userbits' cannot be read from '" + bits + "'"), -1);
+  }
 }
 
 TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefusedOfEveryValue) {
