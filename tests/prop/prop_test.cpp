@@ -130,6 +130,18 @@ TEST(PropTest, WhatNobodyHoldsAnyMoreIsDestroyed) {
   EXPECT_EQ(info.use_count(), 1);
 }
 
+TEST(PropTest, WhatIsBelowADestroyedValueIsDestroyedToo) {
+  const auto info = boost::make_shared<VPropInfo>();
+  VProp tree;
+  for (const char* const path :
+       {"x", "y", "y.a.b", "y.c", "c{0}", "c{2}.a", "s(0).a", "s(2).b.c"}) {
+    tree[path].set_info(info);
+  }
+  EXPECT_EQ(info.use_count(), 9);
+  tree.clear();
+  EXPECT_EQ(info.use_count(), 1);
+}
+
 TEST(PropTest, ACopyIsOfOneLevel) {
   VProp a;
   a["x.y"] = 1;

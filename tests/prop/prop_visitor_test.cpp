@@ -215,6 +215,16 @@ TEST(PropVisitorTest, TextsAreVisitedWithTheirPlaces) {
   EXPECT_THAT(calls_for(texts), ElementsAre("value", "text 0", "text 1", "value exit"));
 }
 
+TEST(PropVisitorTest, TextsHaveThePathOfTheirArray) {
+  const VProp texts = VProparray<VPropstring>{L"x"};
+  VProp value;
+  value["a{1}"] = texts;
+  value["s(0).b"] = texts;
+  EXPECT_THAT(calls_for(value),
+              testing::IsSupersetOf({"value a{1}", "text 0 a{1}", "value exit a{1}",
+                                     "text 0 s(0).b", "element exit s(0)"}));
+}
+
 TEST(PropVisitorTest, ElementsOfStructArraysAreVisitedAroundTheirFields) {
   VProp value;
   value["s(1).x"] = 1;
