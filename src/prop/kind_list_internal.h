@@ -58,4 +58,11 @@ decltype(auto) with_kind(int id, Call call, Otherwise otherwise) {
 #undef VRELIO_CASE
 }
 
+/// What `call` gives for the kind of an id, under which something is held for certain.
+template <class Call>
+auto with_held_kind(int id, Call call) {
+  using Result = decltype(call(kind<int>()));
+  return with_kind(id, call, [] { return Result(); });
+}
+
 }  // namespace Vrel::detail

@@ -14,26 +14,17 @@ using namespace Vrel::detail;
 
 namespace {
 
-// Never called: every id of a kind has a holder.
-VProp::placeholder* no_holder() { return nullptr; }
-
 VProp::placeholder* make_holder(int id, const void* value) {
-  return with_kind(
-      id,
-      [value](auto of) -> VProp::placeholder* {
-        using T = typename decltype(of)::type;
-        return new VProp::holder<T>(*static_cast<const T*>(value));
-      },
-      no_holder);
+  return with_held_kind(id, [value](auto of) -> VProp::placeholder* {
+    using T = typename decltype(of)::type;
+    return new VProp::holder<T>(*static_cast<const T*>(value));
+  });
 }
 
 VProp::placeholder* make_default_holder(int id) {
-  return with_kind(
-      id,
-      [](auto of) -> VProp::placeholder* {
-        return new VProp::holder<typename decltype(of)::type>();
-      },
-      no_holder);
+  return with_held_kind(id, [](auto of) -> VProp::placeholder* {
+    return new VProp::holder<typename decltype(of)::type>();
+  });
 }
 
 }  // namespace

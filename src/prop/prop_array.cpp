@@ -31,9 +31,6 @@ unsigned int countable(std::uint64_t count) {
   return static_cast<unsigned int>(count);
 }
 
-// Too many to be counted for every such number, and small enough to be multiplied by 32 bits.
-std::uint64_t saturated(std::uint64_t count) { return std::min(count, highest_count + 1); }
-
 bool is_row(const VProparrayBase::index_list& shape) {
   const VProparrayBase::index_list nothing = {0, 0};
   return shape == nothing || (shape.size() == 2 && shape[0] == 1);
@@ -61,15 +58,15 @@ class Locator {
 
   unsigned int locate(const index_list& pos) {
     match_rank(pos.size());
-    std::uint64_t idx = 0;
-    std::uint64_t stride = 1;
+    // Both fit unless the array would grow beyond what can be counted, which is refused later.
+    unsigned int idx = 0;
+    unsigned int stride = 1;
     for (std::size_t d = 0; d < pos.size(); ++d) {
       if (pos[d] >= shape_[d]) grow_to(d, pos[d]);
-      idx = saturated(idx + saturated(pos[d] * stride));
-      stride = saturated(stride * shape_[d]);
+      idx += pos[d] * stride;
+      stride *= shape_[d];
     }
-    countable(stride);
-    return countable(idx);
+    return idx;
   }
 
   bool has_grown() const { return has_grown_; }

@@ -27,13 +27,10 @@ void check_conversion(int from, int to) {
 // Calls with the kind of a single number or bool.
 template <class Call>
 void with_element(int element, Call call) {
-  with_kind(
-      element,
-      [&call](auto of) {
-        using T = typename decltype(of)::type;
-        if constexpr (is_numeric_kind<T> && !is_array(prop_id<T>)) call(of);
-      },
-      [] {});
+  with_held_kind(element, [&call](auto of) {
+    using T = typename decltype(of)::type;
+    if constexpr (is_numeric_kind<T> && !is_array(prop_id<T>)) call(of);
+  });
 }
 
 std::size_t size_of(int element) { return static_cast<std::size_t>(vrel_dt_get_size(element)); }

@@ -10,7 +10,7 @@ namespace {
 
 // In a row, and in the first row, the index along it says it all.
 bool is_along_row(const VProparrayBase::index_list& size, const VProparrayBase::index_list& pos) {
-  return size.size() == 2 && pos.size() == 2 && (size[0] == 1 || pos[0] == 0);
+  return size.size() == 2 && (size[0] == 1 || pos[0] == 0);
 }
 
 VProparrayBase::index_list position_in(const VProparrayBase& array, unsigned int idx) {

@@ -24,9 +24,8 @@ bool take_integer(std::string_view& text, T& number) {
   const auto [stop, error] = std::from_chars(text.data(), end, number);
   if (error != std::errc()) return false;
   text = std::string_view(stop, static_cast<std::size_t>(end - stop));
-  const bool is_separate = text.empty() || is_xml_blank(text.front());
   skip_blanks(text);
-  return is_separate;
+  return true;
 }
 
 template <class T>

@@ -22,7 +22,6 @@ class Xml_element {
 
   explicit Xml_element(const std::string& name = default_name);
   Xml_element(Xml_element&& other) noexcept;
-  Xml_element& operator=(Xml_element&& other) noexcept;
   ~Xml_element();
 
   void set_name(const std::string& name);

@@ -53,7 +53,7 @@ Xml_view Xml_view::first_child() const { return Xml_view(element_->FirstChildEle
 Xml_view Xml_view::next() const { return Xml_view(element_->NextSiblingElement()); }
 
 Xml_view Xml_view::parent() const {
-  return Xml_view(element_->Parent() == nullptr ? nullptr : element_->Parent()->ToElement());
+  return Xml_view(element_->Parent()->ToElement());  // none for the document
 }
 
 std::size_t Xml_view::count_children() const {
@@ -82,8 +82,7 @@ Xml_document::Xml_document(const std::string& text) : document_(std::make_unique
   document_->SetTabSize(0);
   keep_blanks();
   document_->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
-  if (document_->Error()) throw Xml_error(document_->ErrorDesc());
-  if (!root()) throw Xml_error("There is no element");
+  if (document_->Error() || !root()) throw Xml_error(document_->ErrorDesc());
 }
 
 Xml_document::~Xml_document() = default;

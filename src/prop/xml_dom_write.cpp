@@ -42,7 +42,6 @@ void append_node(TiXmlNode& parent, std::unique_ptr<TiXmlNode> child) {
 Xml_element::Xml_element(const std::string& name)
     : element_(std::make_unique<TiXmlElement>(name)) {}
 Xml_element::Xml_element(Xml_element&& other) noexcept = default;
-Xml_element& Xml_element::operator=(Xml_element&& other) noexcept = default;
 Xml_element::~Xml_element() = default;
 
 void Xml_element::set_name(const std::string& name) { element_->SetValue(name); }

@@ -28,13 +28,10 @@ void put(VProp& value, VProp& read) {
     value.swap_value(read);
     return;
   }
-  with_kind(
-      read.get_id(),
-      [&](auto of) {
-        using T = typename decltype(of)::type;
-        value.get<T>() = std::move(read.get<T>());
-      },
-      [] {});
+  with_held_kind(read.get_id(), [&](auto of) {
+    using T = typename decltype(of)::type;
+    value.get<T>() = std::move(read.get<T>());
+  });
 }
 
 VPropstring text_of(Xml_view element) {

@@ -4,6 +4,7 @@
 #include <vrelio/prop/prop_array.h>
 #include <vrelio/prop/prop_struct.h>
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "prop/generators.h"
 #include "support/expect_error.h"
 
 class VPropInfo {};
@@ -57,13 +59,18 @@ TEST(ProparrayTest, SeveralSizesAndIndicesAreTakenAsTheyAre) {
   EXPECT_EQ(Base::val2pos(4, 5, none, 6), (Sizes{4, 5}));
   EXPECT_EQ(Base::val2size(4, 5, 6, none), (Sizes{4, 5, 6}));
   EXPECT_EQ(Base::val2pos(4, 5, 6, 7), (Sizes{4, 5, 6, 7}));
+  EXPECT_EQ(Base::val2pos(4, 0, 0, 7), (Sizes{4, 0, 0, 7}));
+  EXPECT_EQ(Base::val2size(0, 0, 0, 0), (Sizes{0, 0, 0, 0}));
 }
 
 TEST(ProparrayTest, ListsFromPointersAreTakenAsTheyAre) {
   const unsigned int values[] = {7, none, 9};
   EXPECT_EQ(Base::ptr2size(3, values), (Sizes{7, none, 9}));
+  EXPECT_EQ(Base::ptr2pos(3, values), (Sizes{7, none, 9}));
+  EXPECT_EQ(Base::ptr2size(1, values), Sizes{7});
   EXPECT_EQ(Base::ptr2pos(1, values), Sizes{7});
   EXPECT_EQ(Base::ptr2size(0, nullptr), Sizes{});
+  EXPECT_EQ(Base::ptr2pos(0, nullptr), Sizes{});
 }
 
 TEST(ProparrayTest, TheSizeOfAShapeIsItsProduct) {
@@ -76,6 +83,7 @@ TEST(ProparrayTest, TheSizeOfAShapeIsItsProduct) {
 
 TEST(ProparrayTest, AShapeOfMoreElementsThanCanBeCountedIsRefused) {
   EXPECT_VREL_ERROR(Base::size({65536, 65536}), "Property array too large!", -1);
+  EXPECT_VREL_ERROR(Base::size({65536, 65536, 65536, 65536}), "Property array too large!", -1);
   EXPECT_VREL_ERROR(Base::size({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}),
                     "Property array too large!", -1);
 }
@@ -143,6 +151,15 @@ TEST(ProparrayTest, AStoredRowThatDoesNotFitIsCorrected) {
   EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
   array.set_size({0, 0}, Base::set_mode_shape);
   EXPECT_EQ(array.get_size(true), (Sizes{1, 3}));
+}
+
+TEST(ProparrayTest, AStoredShapeThatIsNoRowIsNotCorrected) {
+  for (const Sizes& shape : {Sizes{1, 7, 1}, Sizes{7, 1}, Sizes{0, 1}, Sizes{0, 0, 0}}) {
+    Numbers array = numbers(3);
+    array.set_size(shape, Base::set_mode_shape);
+    EXPECT_VREL_ERROR(array.get_size(true), "Invalid size vector in property array!", -1);
+    EXPECT_EQ(array.get_size(false), shape);
+  }
 }
 
 TEST(ProparrayTest, AStoredShapeOfOneDimensionThatDoesNotFitIsCorrected) {
@@ -320,7 +337,11 @@ TEST(ProparrayTest, WhatIsRefusedChangesNothing) {
 
 TEST(ProparrayTest, AnEmptyArrayDoesNotGrowBeyondWhatCanBeCounted) {
   Numbers array;
-  EXPECT_VREL_ERROR(array.get_idx({65535, 65535}, true), "Property array too large!", -1);
+  for (const Sizes& pos :
+       {Sizes{65535, 65535}, Sizes{65535, 65535, 65535, 65535}, Sizes{0, none}}) {
+    EXPECT_VREL_ERROR(array.get_idx(pos, true), "Property array too large!", -1);
+    EXPECT_EQ(array.get_size(true), (Sizes{0, 0}));
+  }
   EXPECT_EQ(array.count(), 0U);
 }
 
@@ -333,6 +354,77 @@ TEST(ProparrayTest, AShapeWithoutElementsHasNoPositions) {
   const unsigned int last = 0xFFFFFFFE;
   EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}), "Index 3 out of bounds! (0 >= 0)!", -1);
   EXPECT_VREL_ERROR(array.get_idx({last, last, last, 0}, true), "Property array too large!", -1);
+}
+
+// What a position gives, reckoned dimension by dimension: where it is and the shape that the array has then,
+// or the message.
+struct Located {
+  unsigned int idx;
+  Sizes shape;
+  std::string message;
+};
+
+bool operator==(const Located& left, const Located& right) {
+  return left.idx == right.idx && left.shape == right.shape && left.message == right.message;
+}
+
+std::string message_of_rank(const char* relation, std::size_t found, const char* sign,
+                            std::size_t limit) {
+  return std::string("Input rank '") + std::to_string(found) + "' too " + relation + " (" + sign +
+         " '" + std::to_string(limit) + "')!";
+}
+
+Located reckoned(const Sizes& shape, const Sizes& pos, bool grow) {
+  const std::size_t rank = shape.size();
+  if (pos.size() < rank) return {0, shape, message_of_rank("low", pos.size(), "<", rank)};
+  if (pos.size() > rank && !grow) return {0, shape, message_of_rank("high", pos.size(), ">", rank)};
+  Located located{0, shape, ""};
+  located.shape.resize(pos.size(), 1);
+  unsigned int stride = 1;
+  for (std::size_t d = 0; d < pos.size(); ++d) {
+    unsigned int& size = located.shape[d];
+    const bool may_grow = grow && (Base::size(shape) == 0 || d + 1 == rank);
+    if (pos[d] >= size && !may_grow) {
+      return {0, shape,
+              "Index " + std::to_string(d) + " out of bounds! (" + std::to_string(pos[d]) +
+                  " >= " + std::to_string(size) + ")!"};
+    }
+    size = std::max(size, pos[d] + 1);
+    located.idx += pos[d] * stride;
+    stride *= size;
+  }
+  return located;
+}
+
+Located located(Numbers& array, const Sizes& pos, bool grow) {
+  Located found{0, {}, ""};
+  try {
+    found.idx = array.get_idx(pos, grow);
+  } catch (const VrelError& error) {
+    found.message = error.get_msg();
+  }
+  found.shape = array.get_size(true);
+  return found;
+}
+
+Sizes any_sizes(int highest) {
+  using Vrel::testing::number_between;
+  Sizes sizes(static_cast<std::size_t>(number_between(1, 4)));
+  for (unsigned int& size : sizes) size = static_cast<unsigned int>(number_between(0, highest));
+  return sizes;
+}
+
+RC_GTEST_PROP(ProparrayTest, APositionIsReckonedDimensionByDimension, ()) {
+  const Sizes shape = any_sizes(4);
+  Numbers array = numbers(shape);
+  const std::vector<int> before(array);
+  const Sizes pos = any_sizes(5);
+  const bool grow = Vrel::testing::chance(2);
+  const Located expected = reckoned(shape, pos, grow);
+  RC_CLASSIFY(expected.message.empty(), "found");
+  RC_ASSERT(located(array, pos, grow) == expected);
+  RC_ASSERT(array.count() == Base::size(expected.shape));
+  RC_ASSERT(std::equal(before.begin(), before.end(), array.begin()));
 }
 
 // --- From places to positions

@@ -155,14 +155,20 @@ TEST(PropPathTest, AnIndexThatIsNoNumberIsZero) {
   value["a{x}"] = 1;
   value["b{}"] = 2;
   value["c{1z, 2}"] = 3;
+  value["d{\t1+,\r\n2\b}"] = 4;
+  value["e{\b1}"] = 5;
   EXPECT_EQ(std::as_const(value)["a{0}"].get<int>(), 1);
   EXPECT_EQ(std::as_const(value)["b{0}"].get<int>(), 2);
   EXPECT_EQ(std::as_const(value)["c{1,+2}"].get<int>(), 3);
+  EXPECT_EQ(std::as_const(value)["d{1,2}"].get<int>(), 4);
+  EXPECT_EQ(std::as_const(value)["e{0}"].get<int>(), 5);
 }
 
 TEST(PropPathTest, ANegativeIndexIsRefused) {
   VProp value;
   EXPECT_VREL_ERROR(value["a{-1}"], "Invalid index '-1' specified in segment '{-1}'!", -1);
+  EXPECT_VREL_ERROR(value["a{-4294967297}"],
+                    "Invalid index '-4294967297' specified in segment '{-4294967297}'!", -1);
   EXPECT_VREL_ERROR(value["a(0,-99999999999)"],
                     "Invalid index '-99999999999' specified in segment '(0,-99999999999)'!", -1);
 }
@@ -207,8 +213,9 @@ TEST(PropPathTest, NamesBeginWithALetterOrAnUnderscore) {
 }
 
 TEST(PropPathTest, PathsThatCanBeCreatedAreValid) {
-  for (const char* path : {"", "a", "a.b", "a{1}.b", "a(2,3).x", "{1,2}{3}", "_a-1.b{0}", "a.",
-                           "a{x}", "(1).b", "a{2147483647}", "a{99999999999}"}) {
+  for (const char* path :
+       {"", "a", "a.b", "a{1}.b", "a(2,3).x", "{1,2}{3}", "_a-1.b{0}", "a.", "a{x}", "(1).b",
+        "a{2147483647}", "a{99999999999}", "a{4294967295}", "a{18446744073709551615}", "a{-0}"}) {
     EXPECT_TRUE(vrel_prop_is_valid_path(path)) << path;
   }
 }

@@ -130,6 +130,18 @@ TEST(PropTest, WhatNobodyHoldsAnyMoreIsDestroyed) {
   EXPECT_EQ(info.use_count(), 1);
 }
 
+TEST(PropTest, WhatIsBelowADestroyedValueIsDestroyedToo) {
+  const auto info = boost::make_shared<VPropInfo>();
+  VProp tree;
+  for (const char* const path :
+       {"x", "y", "y.a.b", "y.c", "c{0}", "c{2}.a", "s(0).a", "s(2).b.c"}) {
+    tree[path].set_info(info);
+  }
+  EXPECT_EQ(info.use_count(), 9);
+  tree.clear();
+  EXPECT_EQ(info.use_count(), 1);
+}
+
 TEST(PropTest, ACopyIsOfOneLevel) {
   VProp a;
   a["x.y"] = 1;
@@ -377,6 +389,15 @@ TEST(PropTest, FieldsAreComparedInTheirOrder) {
   EXPECT_TRUE(a == c);
   c["y"] = 3;
   EXPECT_FALSE(a == c);
+}
+
+TEST(PropTest, FieldsAreComparedByTheirNamesToo) {
+  EXPECT_FALSE(VProp(VPropstruct{{"a", VProp(1)}}) == VProp(VPropstruct{{"b", VProp(1)}}));
+  VProp a;
+  a["(0).x"] = 1;
+  VProp b;
+  b["(0).y"] = 1;
+  EXPECT_FALSE(a == b);
 }
 
 TEST(PropTest, TreesAreComparedToTheirLeaves) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/scoped_codeset.h"
 #include "prop/every_kind.h"
 #include "prop/generators.h"
 #include "si/comma_locale.h"
@@ -263,6 +264,12 @@ TEST(PropTextTest, ATextIsReadAsUtf8) {
 }
 
 // --- Both
+
+TEST(PropTextTest, ATextIsUtf8WhateverTheEncodingOfTheLocale) {
+  const ScopedCodeset local("ISO-8859-1");
+  EXPECT_EQ("10 \xC2\xB5m", text_of(VPropstring(L"10 \u00B5m")));
+  EXPECT_TRUE(reads<VPropstring>("10 \xC2\xB5m", L"10 \u00B5m"));
+}
 
 TEST(PropTextTest, ADecimalCommaInTheLocaleChangesNothing) {
   const CommaLocale locale;

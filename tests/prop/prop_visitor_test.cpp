@@ -215,6 +215,16 @@ TEST(PropVisitorTest, TextsAreVisitedWithTheirPlaces) {
   EXPECT_THAT(calls_for(texts), ElementsAre("value", "text 0", "text 1", "value exit"));
 }
 
+TEST(PropVisitorTest, TextsHaveThePathOfTheirArray) {
+  const VProp texts = VProparray<VPropstring>{L"x"};
+  VProp value;
+  value["a{1}"] = texts;
+  value["s(0).b"] = texts;
+  EXPECT_THAT(calls_for(value),
+              testing::IsSupersetOf({"value a{1}", "text 0 a{1}", "value exit a{1}",
+                                     "text 0 s(0).b", "element exit s(0)"}));
+}
+
 TEST(PropVisitorTest, ElementsOfStructArraysAreVisitedAroundTheirFields) {
   VProp value;
   value["s(1).x"] = 1;
@@ -498,8 +508,46 @@ TEST(PropVisitorTest, APathLeadsToItsValue) {
   EXPECT_EQ(lookup.count, 21);
 }
 
+// Looks at what is protected.
+class Inside : public VPropVisitor {
+ public:
+  using VPropVisitor::visit;
+
+  int visit(const VProp& value) override {
+    if (is_container(value)) return visit_go;
+    containers = arrays;
+    path = get_cur_path(all);
+    used = positions;
+    return visit_go;
+  }
+  std::vector<const VProp*> containers;
+  std::string path;
+  std::vector<VProparrayBase::index_list> used;
+};
+
+TEST(PropVisitorTest, ContainersAndPositionsAreThoseAroundTheValue) {
+  VProp tree;
+  tree["a{1,2}(3).b"] = 1;
+  const VProp& root = tree;
+  Inside inside;
+  EXPECT_TRUE(inside.process(root));
+  EXPECT_EQ(inside.path, "a{1,2}(3).b");
+  EXPECT_THAT(inside.containers, ElementsAre(&root, &root["a"], &root["a{1,2}"]));
+  EXPECT_THAT(inside.used,
+              ElementsAre(VProparrayBase::index_list{1, 2}, VProparrayBase::index_list{3}));
+}
+
+TEST(PropVisitorTest, TheResultsOfAVisitHaveTheirNumbers) {
+  EXPECT_EQ(VPropVisitor::visit_stop, 0);
+  EXPECT_EQ(VPropVisitor::visit_go, 1);
+  EXPECT_EQ(VPropVisitor::visit_skip, 2);
+}
+
 TEST(PropVisitorTest, AVisitorGoesThroughATreeByItself) {
-  EXPECT_TRUE(VPropVisitor().process(two_fields()));
+  VProp value = two_fields();
+  value["c"] = VProparray<VPropstring>{L"x", L"y"};
+  value["d(1).x{0}"] = 3;
+  EXPECT_TRUE(VPropVisitor().process(value));
 }
 
 }  // namespace

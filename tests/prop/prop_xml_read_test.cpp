@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "support/expect_error.h"
 #include "support/source_tree.h"
@@ -68,10 +69,12 @@ TEST(PropXmlReadTest, AnEmptyOldVersionTellsNothing) {
                     "Could not determine xml format!", -1);
 }
 
-TEST(PropXmlReadTest, AVersionOfZeroTellsNothing) {
-  const std::string text = "<x vprop_version='0' type='int32'>5</x>";
-  EXPECT_VREL_ERROR(read(text), "Could not determine xml format!", -1);
-  EXPECT_EQ(read(text, vrel_xml_data), VProp(5));
+TEST(PropXmlReadTest, AVersionBelowOneTellsNothing) {
+  for (const std::string version : {"0", "-1"}) {
+    const std::string text = "<x vprop_version='" + version + "' type='int32'>5</x>";
+    EXPECT_VREL_ERROR(read(text), "Could not determine xml format!", -1);
+    EXPECT_EQ(read(text, vrel_xml_data), VProp(5));
+  }
 }
 
 TEST(PropXmlReadTest, WithALowVersionTheOldOneTellsTheForm) {
@@ -227,7 +230,8 @@ TEST(PropXmlReadTest, NumbersThatDoNotFitTheSizeAreRefused) {
 }
 
 TEST(PropXmlReadTest, ASizeThatIsNoListOfNumbersIsRefused) {
-  for (const std::string size : {"x", "1 x", "-1 1", "1,1", "4294967296", "1x 2"}) {
+  for (const std::string size :
+       {"x", "1 x", "-1 1", "1,1", "4294967296", "1x 2", "1-2", "1+2", "1."}) {
     EXPECT_VREL_ERROR(read_root("type='int32' size='" + size + "'", "1"),
                       no_xml("Attribute 'size' cannot be read from '" + size + "'"), -1);
   }
@@ -247,8 +251,10 @@ TEST(PropXmlReadTest, BitsAreStoredInArrays) {
 }
 
 TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefused) {
-  EXPECT_VREL_ERROR(read_root("type='int32' size='1 2' userbits='-1'", "1 2"),
-                    no_xml("Attribute 'userbits' cannot be read from '-1'"), -1);
+  for (const std::string bits : {"-1", "", " ", "1 2", "1x", "0x1", "18446744073709551616"}) {
+    EXPECT_VREL_ERROR(read_root("type='int32' size='1 2' userbits='" + bits + "'", "1 2"),
+                      no_xml("Attribute 'userbits' cannot be read from '" + bits + "'"), -1);
+  }
 }
 
 TEST(PropXmlReadTest, BitsThatAreNoNumberAreRefusedOfEveryValue) {
@@ -564,9 +570,12 @@ TEST(PropXmlReadTest, PartsThatAreNoNumbersAreRefused) {
 }
 
 TEST(PropXmlReadTest, PartsOfDifferentCountsAreRefused) {
-  EXPECT_VREL_ERROR(
-      read_complex("<r type='int8' size='1 2'>1 2</r><i type='int8' size='1 3'>1 2 3</i>"),
-      at_root("Malformed 'complex' element!"), -1);
+  const std::string two = "type='int8' size='1 2'>1 2<";
+  const std::string three = "type='int8' size='1 3'>1 2 3<";
+  for (const auto& [real, imaginary] : {std::pair(two, three), std::pair(three, two)}) {
+    EXPECT_VREL_ERROR(read_complex("<r " + real + "/r><i " + imaginary + "/i>"),
+                      at_root("Malformed 'complex' element!"), -1);
+  }
 }
 
 // --- Where an error is

@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 
+#include "foundation/scoped_codeset.h"
 #include "prop/nested_cells.h"
 #include "si/comma_locale.h"
 #include "support/expect_error.h"
@@ -40,6 +41,13 @@ VProp shaped(const VProparrayBase::index_list& size) {
   VProparray<T> array;
   array.set_size(size, VProparrayBase::set_mode_resize);
   return array;
+}
+
+TEST(PropXmlTest, TheFormsHaveTheirNumbers) {
+  EXPECT_EQ(vrel_xml_any, 0);
+  EXPECT_EQ(vrel_xml_data, 1);
+  EXPECT_EQ(vrel_xml_root, 2);
+  EXPECT_EQ(vrel_xml_text, 3);
 }
 
 // --- Elements
@@ -78,6 +86,13 @@ TEST(PropXmlTest, AnArrayWithoutAShapeIsARow) {
 TEST(PropXmlTest, AnArrayOfOneElementIsMarked) {
   EXPECT_EQ(written(VProparray<int>{5}),
             root("isarr=\"1\" userbits=\"0\" type=\"int32\" size=\"1 1\"", "5"));
+}
+
+TEST(PropXmlTest, AnArrayOfOneElementIsMarkedWhateverItsRank) {
+  EXPECT_EQ(written(shaped<int>({1, 1, 1})),
+            root("isarr=\"1\" userbits=\"0\" type=\"int32\" size=\"1 1 1\"", "0"));
+  EXPECT_EQ(written(shaped<int>({1})),
+            root("isarr=\"1\" userbits=\"0\" type=\"int32\" size=\"1\"", "0"));
 }
 
 TEST(PropXmlTest, ACellOfOneValueIsMarked) {
@@ -127,6 +142,16 @@ TEST(PropXmlTest, TheLastUnitOfSixteenBitsCountsOnce) {
   EXPECT_EQ(written(VProp(L"\uFFFD")), root("type=\"char\" size=\"1 1\"", "\xEF\xBF\xBD"));
 }
 
+TEST(PropXmlTest, DocumentsAreUtf8WhateverTheEncodingOfTheLocale) {
+  const Vrel::testing::ScopedCodeset local("ISO-8859-1");
+  const VProp text(L"\u00B5\u65E5");
+  EXPECT_EQ(written(text), root("type=\"char\" size=\"1 2\"", "\xC2\xB5\xE6\x97\xA5"));
+  EXPECT_EQ(written(text, vrel_xml_text), "\xC2\xB5\xE6\x97\xA5");
+  EXPECT_EQ(read(written(text)), text);
+  const VProp texts = VProparray<VPropstring>{L"\u00B5", L"\u65E5"};
+  EXPECT_EQ(read(written(texts)), texts);
+}
+
 TEST(PropXmlTest, AnEmptyTextReadsBackEmpty) { EXPECT_EQ(read(written(VProp(L""))), VProp(L"")); }
 
 TEST(PropXmlTest, FieldsAreElementsOfTheirNames) {
@@ -159,8 +184,9 @@ TEST(PropXmlTest, AnArrayOfTextsReadsBackAsOne) {
 
 TEST(PropXmlTest, WritingMarksAnArrayOfTexts) {
   const VProp texts = VProparray<VPropstring>{L"x"};
-  written(texts);
-  EXPECT_EQ(texts.get_arr(true)->userbits, 1U);
+  texts.get_arr(true)->userbits = 6;
+  EXPECT_NE(written(texts).find(" userbits=\"7\" "), std::string::npos);
+  EXPECT_EQ(texts.get_arr(true)->userbits, 7U);
 }
 
 TEST(PropXmlTest, WritingLeavesOutTheMarkOfTextsFromAnArrayOfValues) {

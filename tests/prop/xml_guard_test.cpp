@@ -192,7 +192,7 @@ TEST(XmlGuardTest, DeclarationsThatCouldEndElsewhereAreRefused) {
         "<?xml version='1\"0'?><a/>", "<?x <b> ?><a/>", "<?xml version?><a/>",
         "<?XML version?><a/>", "<?xml version=1?><a/>", "<?xml-x?><a/>", "<?x 'y'?><a/>",
         "<?x><a/>", "<?><a/>", "<!DOCTYPE a [<!ELEMENT a ANY>]><a/>", "<!DOCTYPE a",
-        "<?xml version='1.0'encoding='x'?><a/>"}) {
+        "<?xml version='1.0'encoding='x'?><a/>", "<?xml ? ?><a/>"}) {
     EXPECT_FALSE(is_passed(text)) << text;
   }
 }
@@ -204,9 +204,26 @@ TEST(XmlGuardTest, OpenCommentsAndSectionsAreRefused) {
 }
 
 TEST(XmlGuardTest, BrokenReferencesAreRefused) {
-  for (const char* const reference :
-       {"&#", "&#x", "&#x41", "&#;", "&#x;", "&#xG;", "&#4A;", "&#X41;", "&#x<b c='x41;'/>",
-        "&#00000000065;", "&#0;", "&#x1;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#xFFFFFFFF;"}) {
+  for (const char* const reference : {"&#",
+                                      "&#x",
+                                      "&#x41",
+                                      "&#;",
+                                      "&#x;",
+                                      "&#xG;",
+                                      "&#xg;",
+                                      "&#x`;",
+                                      "&#x@;",
+                                      "&#x/;",
+                                      "&#4A;",
+                                      "&#X41;",
+                                      "&#x<b c='x41;'/>",
+                                      "&#00000000065;",
+                                      "&#0;",
+                                      "&#x1;",
+                                      "&#xD800;",
+                                      "&#xFFFE;",
+                                      "&#x110000;",
+                                      "&#xFFFFFFFF;"}) {
     EXPECT_FALSE(is_passed(std::string("<a>") + reference + "</a>")) << reference;
     EXPECT_FALSE(is_passed(std::string("<a b=\"") + reference + "\"/>")) << reference;
   }
