@@ -2,16 +2,15 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <unistd.h>
 #include <vrelio/stack/shared_memory.h>
 
 #include <boost/interprocess/exceptions.hpp>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <string>
 
+#include "support/file_size_limit.h"
 #include "support/system_fault.h"
 
 namespace {
@@ -19,6 +18,7 @@ namespace {
 using boost::interprocess::interprocess_exception;
 using Vrel::SharedMemory;
 using Vrel::testing::last_name_of_shared_memory;
+using Vrel::testing::ScopedFileSizeLimit;
 using Vrel::testing::ScopedSystemFault;
 using Vrel::testing::SystemCall;
 
@@ -44,26 +44,6 @@ int next_descriptor() {
   ::close(descriptor);
   return descriptor;
 }
-
-// The files of this process cannot grow beyond a limit, which is an error and no signal.
-class ScopedFileSizeLimit {
- public:
-  explicit ScopedFileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{size, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~ScopedFileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  ScopedFileSizeLimit(const ScopedFileSizeLimit&) = delete;
-  ScopedFileSizeLimit& operator=(const ScopedFileSizeLimit&) = delete;
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
 
 TEST(SharedMemoryFaultTest, MakingThatFailsAtAnyStepTellsTheErrorAndLeavesNothing) {
   const int before = next_descriptor();

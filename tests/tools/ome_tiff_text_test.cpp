@@ -49,7 +49,7 @@ TEST(OmeTiffTextTest, DocumentOfAnImageIsThisText) {
   image.type = "uint16";
   image.order = "XYCTZ";
   image.axes[ome_x] = {4, micrometre, 0.25, {1.5}};
-  image.axes[ome_y] = {3, nullptr, {}, {}};
+  image.axes[ome_y] = {3, "", {}, {}};
   image.axes[ome_c].size = 2;
   image.axes[ome_t] = {2, "s", 0.5, {-0.25, 0.25}};
   image.channels = {"DAPI", "x\"y"};

@@ -1,20 +1,20 @@
 #include "lib/output_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
 #include "lib/error_report.h"
+#include "support/file_size_limit.h"
 #include "support/temporary_file.h"
 
 namespace Vrel::tool {
 namespace {
 
+using Vrel::testing::ScopedFileSizeLimit;
 using Vrel::testing::TemporaryFile;
 
 std::size_t entries(const TemporaryFile& temporary) {
@@ -139,28 +139,11 @@ TEST(OutputFileTest, TwoOutputsInOneFolderDoNotMeet) {
   EXPECT_EQ(temporary.content(), "1");
 }
 
-// While it lives no file of this process grows beyond a size.
-class ScopedSizeLimit {
- public:
-  explicit ScopedSizeLimit(rlim_t size) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const struct rlimit limit { size, before_.rlim_max };
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~ScopedSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-  ScopedSizeLimit(const ScopedSizeLimit&) = delete;
-  ScopedSizeLimit& operator=(const ScopedSizeLimit&) = delete;
-
- private:
-  struct rlimit before_;
-};
-
 TEST(OutputFileTest, AFileThatCannotGrowIsToldAndLeavesNothing) {
   const TemporaryFile temporary;
   {
     OutputFile output(temporary.path(), false);
-    const ScopedSizeLimit limit(6);
+    const ScopedFileSizeLimit limit(6);
     output.write("some");
     expect_output_error([&] { output.write("more"); }, temporary.path(), "Could not write!", EFBIG);
   }
