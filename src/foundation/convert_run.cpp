@@ -52,8 +52,9 @@ void stream_block(const conversion& conversion, const convert_buffers& buffers, 
   staging_block block;
   staging_block imaginary_block;
   prefetch_sources(buffers, count * conversion.source_size);
-  conversion.loop.kernel(
-      {buffers.source, buffers.source_imaginary, block.bytes, imaginary_block.bytes}, count);
+  const convert_buffers staged = {buffers.source, buffers.source_imaginary, block.bytes,
+                                  imaginary_block.bytes};
+  conversion.loop.kernel(staged, count);
   stream_out(buffers.destination, block);
   if (buffers.destination_imaginary) stream_out(buffers.destination_imaginary, imaginary_block);
 }

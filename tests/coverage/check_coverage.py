@@ -1,7 +1,7 @@
 """Says which lines and branches of src/ the tests reach, and fails where something is missing.
 
 Reads the JSON report of gcovr from standard input. Every line has to be reached, but for those that
-unreached.txt names with the reason; of the branches nine in ten. Branches that the compiler makes for
+unreached.txt names with the reason, where it depends on the machine too; of the branches nine in ten. Branches that the compiler makes for
 exceptions are not counted.
 
     check_coverage.py [--list AREA]
@@ -83,8 +83,9 @@ def main(arguments):
     named = named_lines()
     faults = [f"{path}:{number}: no test reaches: {text}"
               for (path, text), number in sorted(unreached.items()) if (path, text) not in named]
-    faults += [f"{path}: {NAMED.name} names what is reached or gone: {text}"
-               for path, text in sorted(named.difference(unreached))]
+    written = {(file.path, text.strip()) for file in files for text in file.text}
+    faults += [f"{path}: {NAMED.name} names what is not there: {text}"
+               for path, text in sorted(named.difference(written))]
     if branches < WANTED_BRANCHES:
         faults.append(f"less than {100 * WANTED_BRANCHES:g} % of the branches are reached")
     print("\n".join(faults) if faults else
