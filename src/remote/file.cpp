@@ -39,6 +39,7 @@ boost::shared_ptr<Stack> File::read(unsigned int index) {
 }
 
 // Whatever process the stack belongs to, its elements come by the id of their block.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): callers hand a share over
 void File::write(boost::shared_ptr<Stack> stack, bool compress) {
   file_->set_default_compression(compress ? 1 : 0, fast_compression);
   const VStackImp attached(*stack);

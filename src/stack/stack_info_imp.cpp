@@ -64,7 +64,7 @@ VStackInfoImp::VStackInfoImp(const Remote::Stack& stack)
   if (meta_data_.DimensionOrder.value().is_null())
     meta_data_.DimensionOrder = name_of(Ome::get_dimension_order_name(Ome::order_XYZTC));
   set_sizes(remote.sizes());
-  set_labels(remote.labels());
+  VStackInfoImp::set_labels(remote.labels());
   take_extents(remote.lengths(), lengths_);
   take_extents(remote.offsets(), offsets_);
 }
