@@ -8,11 +8,13 @@
 #include <vrelio/stack/stack_imp.h>
 
 #include <algorithm>
+#include <atomic>
 #include <boost/make_shared.hpp>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "container/contest.h"
@@ -79,32 +81,49 @@ void compare_times() {
   std::printf("share alone           %8.1f ms\n", sharing * 1e3);
 }
 
-// Ordinary and shared memory of this process, at most so far, in MiB.
-double peak() {
-  std::ifstream status("/proc/self/status");
+// Memory that this process takes, in MiB; pages that it maps twice count once.
+double memory_now() {
+  std::ifstream rollup("/proc/self/smaps_rollup");
   std::string word;
-  while (status >> word) {
-    if (word != "VmHWM:") continue;
-    double kibibytes = 0;
-    status >> kibibytes;
-    return kibibytes / 1024.0;
-  }
-  return 0;
+  while (rollup >> word && word != "Pss:") continue;
+  double kibibytes = 0;
+  rollup >> kibibytes;
+  return kibibytes / 1024.0;
 }
 
-// What writing adds to the peak that the stack itself has left.
+// The most that was taken while it looked, every few milliseconds.
+class MemoryWatch {
+ public:
+  MemoryWatch() : thread_([this] { look(); }) {}
+  double peak() {
+    is_over_ = true;
+    thread_.join();
+    return peak_;
+  }
+
+ private:
+  void look() {
+    while (!is_over_) peak_ = std::max(peak_, memory_now());
+  }
+
+  double peak_ = 0;
+  std::atomic<bool> is_over_{false};
+  std::thread thread_;
+};
+
 int tell_memory(const std::string& road) {
   const ScratchFile target("remote-memory-" + std::to_string(::getpid()) + ".vbf");
   const boost::shared_ptr<VStackImp> stack = make_stack();
   if (road == "shared before") stack->share();
-  std::ofstream("/proc/self/clear_refs") << 5;  // the peak starts anew
-  const double before = peak();
+  const double before = memory_now();
+  MemoryWatch watch;
   if (road == "direct") {
     write_directly(target, stack);
   } else {
     write_remotely(target, stack);
   }
-  std::printf("peak of %-14s %8.1f MiB before, %8.1f MiB after\n", road.c_str(), before, peak());
+  std::printf("memory, %-14s %8.1f MiB before, %8.1f MiB at the peak\n", road.c_str(), before,
+              watch.peak());
   return 0;
 }
 
