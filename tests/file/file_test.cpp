@@ -9,11 +9,13 @@
 #include <filesystem>
 #include <string>
 
+#include "foundation/scoped_codeset.h"
 #include "support/expect_error.h"
 #include "support/temporary_file.h"
 
 namespace {
 
+using Vrel::testing::ScopedCodeset;
 using Vrel::testing::TemporaryFile;
 
 constexpr u64 all_ones = ~u64{0};
@@ -173,6 +175,25 @@ TEST(VFileTest, ANameMayHoldAnyCharacterOfUnicode) {
                             L"/10 \u00b5m \u65e5 \U0001f52c";
   VFile(name, VFile::mode_create).close();
   EXPECT_TRUE(std::filesystem::exists(place.directory() + "/10 \u00b5m \u65e5 \U0001f52c"));
+}
+
+TEST(VFileTest, ANameIsInTheEncodingOfTheLocale) {
+  const TemporaryFile place;
+  const ScopedCodeset local("ISO-8859-1");
+  const std::wstring name = place.name() + L" 10 \u00b5m";
+  VFile(name, VFile::mode_create).close();
+  EXPECT_TRUE(std::filesystem::exists(place.path() + " 10 \xb5m"));
+  VFile::remove(name);
+  EXPECT_FALSE(std::filesystem::exists(place.path() + " 10 \xb5m"));
+}
+
+TEST(VFileTest, ANameThatTheLocaleLacksDoesNotOpen) {
+  const TemporaryFile place;
+  const ScopedCodeset local("ISO-8859-1");
+  VFile file;
+  EXPECT_VREL_ERROR(file.open(place.name() + L"\u65e5", VFile::mode_create), "Could not open file!",
+                    -1);
+  EXPECT_TRUE(std::filesystem::is_empty(place.directory()));
 }
 
 TEST(VFileTest, OpeningIsExclusiveInEveryMode) {

@@ -6,18 +6,21 @@
 #include <vrelio/stack/stack_imp.h>
 
 #include <boost/make_shared.hpp>
+#include <filesystem>
 #include <memory>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "foundation/scoped_codeset.h"
 #include "support/expect_error.h"
 #include "support/temporary_file.h"
 
 namespace {
 
 using Remote::File;
+using Vrel::testing::ScopedCodeset;
 using Vrel::testing::TemporaryFile;
 using stack_ptr = boost::shared_ptr<Remote::Stack>;
 
@@ -170,6 +173,15 @@ TEST(RemoteFileTest, OpeningFailsAsTheFileDoes) {
   EXPECT_VREL_ERROR(File(target.path(), File::mode_read), "Could not open file!", -1);
   EXPECT_VREL_ERROR(File(target.path(), static_cast<File::Mode>(3)), "Invalid opening mode!", -15);
   EXPECT_FALSE(target.exists());
+}
+
+TEST(RemoteFileTest, ANameIsInTheEncodingOfTheLocale) {
+  const TemporaryFile target;
+  const ScopedCodeset local("ISO-8859-1");
+  const std::string name = target.path() + " 10 \xb5m";
+  write_file(name, make_ramp({3}), false);
+  EXPECT_TRUE(std::filesystem::exists(name));
+  EXPECT_EQ(File(name, File::mode_read).number_of_stacks(), 1U);
 }
 
 TEST(RemoteFileTest, DestroyingOneCopyClosesTheFileForAll) {
