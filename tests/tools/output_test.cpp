@@ -2,10 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/time.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <thread>
 
@@ -15,44 +16,34 @@
 namespace Vrel::tool {
 namespace {
 
-// While it lives, a signal interrupts the system calls of this thread every millisecond.
+// While it lives, SIGUSR1 interrupts system calls and does nothing else.
 class ScopedInterruptions {
  public:
   ScopedInterruptions() {
     struct sigaction action {};
     action.sa_handler = [](int) {};
-    ::sigaction(SIGALRM, &action, nullptr);
-    const struct itimerval every_millisecond {
-      {0, 1000}, { 0, 1000 }
-    };
-    ::setitimer(ITIMER_REAL, &every_millisecond, nullptr);
+    ::sigaction(SIGUSR1, &action, &before_);
   }
-  ~ScopedInterruptions() {
-    const struct itimerval never {};
-    ::setitimer(ITIMER_REAL, &never, nullptr);
-  }
+  ~ScopedInterruptions() { ::sigaction(SIGUSR1, &before_, nullptr); }
   ScopedInterruptions(const ScopedInterruptions&) = delete;
   ScopedInterruptions& operator=(const ScopedInterruptions&) = delete;
+
+ private:
+  struct sigaction before_ {};
 };
 
-// Reads to the end in small pieces, with all signals left to the other thread.
-void read_slowly(int descriptor, std::string& content) {
+// Reads to the end in small pieces. Interrupts the writer twice before each: the first signal ends a
+// write that has moved a part, the second one that waits and has moved nothing yet.
+void read_slowly(int descriptor, pthread_t writer, std::string& content) {
   char piece[5000];
   for (ssize_t size = 1; size > 0;) {
-    std::this_thread::sleep_for(std::chrono::microseconds(500));
+    for (int i = 0; i < 2; ++i) {
+      std::this_thread::sleep_for(std::chrono::microseconds(500));
+      ::pthread_kill(writer, SIGUSR1);
+    }
     size = ::read(descriptor, piece, sizeof piece);
     if (size > 0) content.append(piece, static_cast<std::size_t>(size));
   }
-}
-
-std::thread start_without_signals(int descriptor, std::string& content) {
-  sigset_t all;
-  sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
-  std::thread reader(read_slowly, descriptor, std::ref(content));
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return reader;
 }
 
 TEST(OutputTest, ShortAndInterruptedWritesGoOn) {
@@ -61,11 +52,9 @@ TEST(OutputTest, ShortAndInterruptedWritesGoOn) {
   std::string received;
   int pipe[2];
   ASSERT_EQ(::pipe(pipe), 0);
-  std::thread reader = start_without_signals(pipe[0], received);
-  {
-    const ScopedInterruptions interruptions;
-    EXPECT_TRUE(write_all(pipe[1], sent.data(), sent.size()));
-  }
+  const ScopedInterruptions interruptions;
+  std::thread reader(read_slowly, pipe[0], ::pthread_self(), std::ref(received));
+  EXPECT_TRUE(write_all(pipe[1], sent.data(), sent.size()));
   ::close(pipe[1]);
   reader.join();
   ::close(pipe[0]);
