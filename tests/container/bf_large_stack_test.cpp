@@ -2,11 +2,14 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <unistd.h>
 #include <vrelio/container/bf_file.h>
 #include <vrelio/container/chain.h>
+#include <vrelio/container/sample_reader.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -101,6 +104,53 @@ TEST(BFLargeStackTest, AStackBehindThemIsAppendedAndRead) {
   std::string samples(3, '?');
   file->get_stack(1)->read(1, samples.data(), nullptr);
   EXPECT_EQ(samples, "abc");
+}
+
+// Room for a large transfer, which takes only as much memory as its window: that is mapped again and again.
+class RepeatedWindow {
+ public:
+  static constexpr std::size_t window_size = 64U << 20U;
+
+  explicit RepeatedWindow(std::size_t count)
+      : size_(count * window_size),
+        bytes_(static_cast<char*>(::mmap(nullptr, size_, PROT_NONE,
+                                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))) {
+    const int window = ::memfd_create("window", MFD_CLOEXEC);
+    EXPECT_EQ(::ftruncate(window, window_size), 0);
+    for (std::size_t i = 0; i < count; ++i) {
+      EXPECT_NE(::mmap(bytes_ + i * window_size, window_size, PROT_READ | PROT_WRITE,
+                       MAP_SHARED | MAP_FIXED, window, 0),
+                MAP_FAILED);
+    }
+    ::close(window);
+  }
+  RepeatedWindow(const RepeatedWindow&) = delete;
+  RepeatedWindow& operator=(const RepeatedWindow&) = delete;
+  ~RepeatedWindow() { ::munmap(bytes_, size_); }
+
+  char* data() const { return bytes_; }
+
+ private:
+  std::size_t size_;
+  char* bytes_;
+};
+
+// A file moves at most what 32 bits count, a sample reader a quarter of it.
+TEST(BFLargeStackTest, ARequestAboveOneGiBIsReadWhole) {
+  const SparseFile sparse;
+  if (!sparse.is_made()) GTEST_SKIP() << "no sparse files here";
+  constexpr u64 first = 1000;
+  constexpr u64 count = (u64{1} << 30U) / sizeof(double) + 2;
+  sparse.set_sample(first + count - 2, 0.5);
+  sparse.set_sample(first + count - 1, 0.25);
+  const RepeatedWindow target(17);
+  VFile file(sparse.name(), VFile::mode_read);
+  Vrel::FileRecord record;
+  read_chain(file, record);
+  Vrel::SampleReader(file, record.stacks.at(0)).read(first, count, target.data());
+  double last[2];
+  std::memcpy(last, target.data() + (count - 2) * sizeof(double), sizeof last);
+  EXPECT_THAT(last, ElementsAre(0.5, 0.25));
 }
 
 // Planes of 32 MiB, which zlib makes a few thousandths of: 5 GiB take room neither on the disk nor in memory.
