@@ -139,6 +139,7 @@ class VBFStackImp final : public VBFStackInterface, public VStackInfoImp {
   unsigned int written_ = 0;
   // Samples behind those that count, of a piece that failed after they had been stored.
   unsigned int stored_ahead_ = 0;
+  // A zlib stream must not be ended twice, not even by a commit that is done again.
   bool samples_finished_ = false;
   int read_position_ = 0;
   u64 flush_block_size_ = automatic_block_size;

@@ -43,7 +43,6 @@ int VFile::descriptor() const {
 
 void VFile::open(const VPropstring& name, mode access) {
   check_can_take_file(access);
-  handle_ = nullptr;
   const std::optional<std::string> system_name = to_system_name(name);
   const int descriptor = system_name ? system_open(*system_name, *open_mode(access)) : -1;
   if (descriptor == -1) raise(id_plain, "Could not open file!");
