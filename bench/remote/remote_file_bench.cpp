@@ -91,7 +91,7 @@ double memory_now() {
   return kibibytes / 1024.0;
 }
 
-// The most that was taken while it looked, every few milliseconds.
+// The most that was taken while it looked, again and again.
 class MemoryWatch {
  public:
   MemoryWatch() : thread_([this] { look(); }) {}

@@ -165,7 +165,9 @@ void VBFStackImp::write_samples(Source source, unsigned int count) {
 void VBFStackImp::write_piece(const Source& source, unsigned int count) {
   if (stored_ahead_ < count) store(source, stored_ahead_, count - stored_ahead_);
   file_->report_progress(count * get_sample_size());
+  // The callback may have closed the file, or made the stack complete by adding the next one.
   check_file();
+  check_can_be_written();
   stored_ahead_ -= count;
   written_ += count;
   if (!growing_) remaining_ -= count;

@@ -904,6 +904,23 @@ TEST_P(ProgressTest, AFileThatItsCallbackClosesWhileItIsWrittenHasWhatWasThere) 
   EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
 }
 
+int add_next(unsigned /*bytes*/, void* argument) {
+  static_cast<VBFFileInterface*>(argument)->add_stack(true);
+  return 1;
+}
+
+TEST_P(ProgressTest, AStackThatItsCallbackMakesCompleteTakesNoMore) {
+  const stack_ptr stack = add({2, 0});
+  file->set_progress_callback(add_next, file.operator->());
+  EXPECT_VREL_ERROR(stack->write(uint16, samples.data(), nullptr, 10),
+                    "Stack is already complete. Invalid call to write()!", -1);
+  file->set_progress_callback(nullptr, nullptr);
+  EXPECT_EQ(stack->get_state(), 0);
+  EXPECT_THAT(stack->get_sizes(), ElementsAre(2, 2));
+  samples.resize(4);
+  EXPECT_THAT(read_all<unsigned short>(file->get_stack(0), uint16), samples);
+}
+
 INSTANTIATE_TEST_SUITE_P(RawAndCompressed, ProgressTest, testing::Values(0, 1));
 
 TEST(BFStackTest, AWriteBehindItsFileIsRefused) {
